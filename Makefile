@@ -1,0 +1,31 @@
+# The everyday commands. Everything configures into build/ (override with BUILD=...).
+BUILD ?= build
+JOBS ?= $(shell nproc)
+CMAKE_FLAGS ?=
+
+.PHONY: all configure test demo bench asan tsan clean
+
+all: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+configure:
+	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
+
+test: all
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+bench: configure
+	cmake --build $(BUILD) -j $(JOBS) --target bench
+
+demo: all
+	@echo "The demo arrives with the command-line program."
+
+# The same tests under AddressSanitizer with UndefinedBehaviorSanitizer, and under ThreadSanitizer.
+asan:
+	$(MAKE) test BUILD=build-asan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=address"
+
+tsan:
+	$(MAKE) test BUILD=build-tsan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=thread"
+
+clean:
+	rm -rf build build-asan build-tsan
