@@ -1,0 +1,61 @@
+#pragma once
+// One host connection on the instrument's socket: reads request frames (WireFrame.h), serves
+// control and bulk transfers one after the other on a worker, interrupt reads on a thread of their
+// own, and writes the answers.
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "sim/Instrument.h"
+#include "sim/platform/UnixSocket.h"
+
+namespace OrbelSim {
+
+class DeviceConnection {
+public:
+  DeviceConnection(Instrument& instrument, UnixSocket socket, std::uint32_t id);
+  ~DeviceConnection();
+  DeviceConnection(const DeviceConnection&) = delete;
+  DeviceConnection& operator=(const DeviceConnection&) = delete;
+
+  // Ends the connection from the instrument's side; pending answers still go out.
+  void EndReading();
+  bool Finished() const { return finished_; }
+
+private:
+  struct Request {
+    RequestHeader header;
+    std::vector<std::uint8_t> body;
+  };
+
+  void ReadLoop();
+  bool ReadRequest(Request& request);
+  void Dispatch(Request request);
+  void WorkLoop();
+  TransferResult Serve(const Request& request);
+  void StartInterruptRead(std::uint32_t requestId);
+  void Answer(const RequestHeader& request, const TransferResult& result);
+  void Stall(const RequestHeader& request, const std::string& note);
+  void Teardown();
+
+  Instrument& instrument_;
+  UnixSocket socket_;
+  const std::uint32_t id_;
+  std::mutex writeMutex_;
+  std::mutex queueMutex_;
+  std::condition_variable queued_;
+  std::deque<Request> queue_;
+  bool closing_ = false;
+  std::atomic<bool> interruptBusy_{false};
+  std::thread interruptThread_;
+  std::thread worker_;
+  std::thread reader_;
+  std::atomic<bool> finished_{false};
+};
+
+}  // namespace OrbelSim
