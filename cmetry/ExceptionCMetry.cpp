@@ -1,0 +1,7 @@
+#include "cmetry/ExceptionCMetry.h"
+
+namespace CMetry {
+
+ExceptionCMetry::~ExceptionCMetry() = default;
+
+}

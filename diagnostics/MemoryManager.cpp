@@ -1,0 +1,11 @@
+#include "diagnostics/MemoryManager.h"
+
+namespace Diagnostics {
+
+MemoryManager::~MemoryManager() = default;
+
+void MemoryManager::Free(BlockRecord*)
+{
+}
+
+}

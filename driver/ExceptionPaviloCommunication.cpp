@@ -1,0 +1,7 @@
+#include "driver/ExceptionPaviloCommunication.h"
+
+namespace DeviceDriver {
+
+ExceptionPaviloCommunication::~ExceptionPaviloCommunication() = default;
+
+}

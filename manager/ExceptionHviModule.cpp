@@ -1,0 +1,7 @@
+#include "manager/ExceptionHviModule.h"
+
+namespace HviManager {
+
+ExceptionHviModule::~ExceptionHviModule() = default;
+
+}

@@ -1,0 +1,7 @@
+#include "utilities/ExceptionBusiness.h"
+
+namespace Utilities {
+
+ExceptionBusiness::~ExceptionBusiness() = default;
+
+}

@@ -1,0 +1,7 @@
+#include "utilities/ExceptionCalculationProblem.h"
+
+namespace Utilities {
+
+ExceptionCalculationProblem::~ExceptionCalculationProblem() = default;
+
+}

@@ -1,0 +1,7 @@
+#include "utilities/ExceptionComponentFactory.h"
+
+namespace Utilities {
+
+ExceptionComponentFactory::~ExceptionComponentFactory() = default;
+
+}

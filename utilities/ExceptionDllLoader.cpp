@@ -1,0 +1,7 @@
+#include "utilities/ExceptionDllLoader.h"
+
+namespace Utilities {
+
+ExceptionDllLoader::~ExceptionDllLoader() = default;
+
+}

@@ -1,0 +1,7 @@
+#include "utilities/ExceptionGUI.h"
+
+namespace Utilities {
+
+ExceptionGUI::~ExceptionGUI() = default;
+
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "utilities/Exception.h"
+
+namespace Utilities {
+
+// The family of user-interface failures.
+ORBEL_EXCEPTION_CLASS(ExceptionGUI, Exception);
+
+}

@@ -1,0 +1,7 @@
+#include "utilities/ExceptionGUICreation.h"
+
+namespace Utilities {
+
+ExceptionGUICreation::~ExceptionGUICreation() = default;
+
+}

@@ -1,0 +1,7 @@
+#include "utilities/ExceptionMultithreading.h"
+
+namespace Utilities {
+
+ExceptionMultithreading::~ExceptionMultithreading() = default;
+
+}

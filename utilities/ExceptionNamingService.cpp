@@ -1,0 +1,7 @@
+#include "utilities/ExceptionNamingService.h"
+
+namespace Utilities {
+
+ExceptionNamingService::~ExceptionNamingService() = default;
+
+}

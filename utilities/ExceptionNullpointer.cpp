@@ -1,0 +1,7 @@
+#include "utilities/ExceptionNullpointer.h"
+
+namespace Utilities {
+
+ExceptionNullpointer::~ExceptionNullpointer() = default;
+
+}

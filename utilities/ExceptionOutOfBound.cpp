@@ -1,0 +1,7 @@
+#include "utilities/ExceptionOutOfBound.h"
+
+namespace Utilities {
+
+ExceptionOutOfBound::~ExceptionOutOfBound() = default;
+
+}

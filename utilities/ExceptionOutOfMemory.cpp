@@ -1,0 +1,7 @@
+#include "utilities/ExceptionOutOfMemory.h"
+
+namespace Utilities {
+
+ExceptionOutOfMemory::~ExceptionOutOfMemory() = default;
+
+}

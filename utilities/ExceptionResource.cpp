@@ -1,0 +1,7 @@
+#include "utilities/ExceptionResource.h"
+
+namespace Utilities {
+
+ExceptionResource::~ExceptionResource() = default;
+
+}

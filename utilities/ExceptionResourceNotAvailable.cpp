@@ -1,0 +1,7 @@
+#include "utilities/ExceptionResourceNotAvailable.h"
+
+namespace Utilities {
+
+ExceptionResourceNotAvailable::~ExceptionResourceNotAvailable() = default;
+
+}

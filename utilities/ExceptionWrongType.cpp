@@ -1,0 +1,7 @@
+#include "utilities/ExceptionWrongType.h"
+
+namespace Utilities {
+
+ExceptionWrongType::~ExceptionWrongType() = default;
+
+}
