@@ -4,7 +4,8 @@
  * the text behind the last failure is OB_GetDeviceInfo("LastError"). Spectra are
  * 36 floats, 380 nm to 730 nm in steps of 10 nm. Every output buffer belongs to the
  * caller. The texts returned by OB_GetDeviceInfo and OB_GetOption stay valid until
- * the next call of either function. */
+ * the next call of either function. A null pointer argument answers OB_InvalidArgument;
+ * no function lets an exception out. */
 #ifndef ORBEL_H
 #define ORBEL_H
 
@@ -35,19 +36,32 @@ enum {
     OB_UnknownError = 11
 };
 
+/* The value of an information key ("Version", "MeasurementMode", "LastError",
+ * "AvailableSamples", "Connection", "SerialNumber", ...). A failure answers its full error
+ * text; a success leaves "LastError" as it was. */
 OB_EXPORT const char* OB_GetDeviceInfo(const char* key);
+/* 0 connected, 2 not connected. Leaves "LastError" alone. */
 OB_EXPORT int32_t OB_IsConnected(void);
+/* 0 the measurement key was pressed, 4 it wasn't, 2 not connected. Leaves "LastError" alone. */
 OB_EXPORT int32_t OB_KeyPressed(void);
+/* The number of samples of the last measurement; -1 if it can't be told. */
 OB_EXPORT int32_t OB_GetNumberOfAvailableSamples(void);
 OB_EXPORT int32_t OB_Calibrate(void);
 OB_EXPORT int32_t OB_TriggerMeasurement(void);
+/* Scanning mode only; count goes to the instrument. */
 OB_EXPORT int32_t OB_TriggerCountedScan(int32_t count);
+/* index selects a sample of the last measurement, from 0; -1 is the same as 0. */
 OB_EXPORT int32_t OB_GetSpectrum(float* spectrum, int32_t index);
 OB_EXPORT int32_t OB_GetTriStimulus(float* tristimulus, int32_t index);
 OB_EXPORT int32_t OB_GetDensity(float* density, int32_t index);
+/* Four densities, cyan, magenta, yellow and black; autoIndex, which may be NULL, receives the
+ * position of the filter that the automatic choice takes, 4 for none of them. */
 OB_EXPORT int32_t OB_GetDensities(float* densities, int32_t* autoIndex, int32_t index);
+/* Option keys and the values of "MeasurementMode" are compared without regard to case. */
 OB_EXPORT int32_t OB_SetOption(const char* key, const char* value);
+/* On failure the previous answer stands; "LastError" says why. */
 OB_EXPORT const char* OB_GetOption(const char* key);
+/* The white of the paper that densities are measured against: 36 values. */
 OB_EXPORT int32_t OB_SetSubstrate(const float* spectrum);
 
 #ifdef __cplusplus

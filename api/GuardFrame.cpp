@@ -1,0 +1,60 @@
+#include "api/GuardFrame.h"
+
+#include "api/Orbel.h"
+#include "api/OrbelApiError.h"
+
+void GuardFrame::RequireArgument(const void* argument)
+{
+    if (argument == nullptr) {
+        throw OrbelApiError(OB_InvalidArgument);
+    }
+}
+
+void GuardFrame::StoreSuccess()
+{
+    Orbel::Instance().SetLastError(OB_NoError, OrbelApiError::TextOf(OB_NoError));
+}
+
+void GuardFrame::StoreFailure(const Utilities::Exception& failure)
+{
+    const OrbelApiError error(failure);
+    Orbel& orbel = Orbel::Instance();
+    if (error.Code() == OB_DeviceNotConnected) {
+        orbel.ResetConnection();
+    }
+    orbel.SetLastError(error);
+}
+
+int32_t GuardFrame::ReadStoredCode()
+{
+    try {
+        return Orbel::Instance().GetLastErrorCode();
+    } catch (const Utilities::Exception& failure) {
+        return OrbelApiError(failure).Code();
+    } catch (...) {
+        return OB_UnknownError;
+    }
+}
+
+const char* GuardFrame::AnswerFullErrorText()
+{
+    Orbel& orbel = Orbel::Instance();
+    return orbel.SetResult(orbel.GetFullErrorText());
+}
+
+const char* GuardFrame::AnswerResultBuffer()
+{
+    return Orbel::Instance().GetResult();
+}
+
+const char* GuardFrame::HoldEscapedMessage(const Utilities::Exception& failure) noexcept
+{
+    // Each thread keeps its own copy, valid until its next failure of this kind.
+    thread_local Utilities::String escapedMessage;
+    try {
+        escapedMessage = *failure.Text();
+        return escapedMessage.CString();
+    } catch (...) {
+        return unknownException;
+    }
+}
