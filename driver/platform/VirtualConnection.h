@@ -1,0 +1,74 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "driver/platform/UsbConnection.h"
+#include "driver/platform/VirtualWireFrame.h"
+
+namespace DeviceDriver {
+
+// One connection to a virtual instrument over its socket. Requests go out as frames; a reader
+// thread takes the answers and hands each to the thread that waits for its request id, so that an
+// interrupt read can wait beside the control and bulk transfers. Once the instrument is gone
+// (unplugged, stopped, or the socket closed) every transfer fails with the no-device error.
+class VirtualConnection : public UsbConnection {
+public:
+    // Takes over a connected socket.
+    VirtualConnection(const Utilities::String& path, int socket);
+    ~VirtualConnection() override;
+
+    UsbResult ControlTransfer(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length,
+                              std::uint32_t timeoutMs) override;
+    UsbResult BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
+    UsbResult BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs) override;
+    UsbResult InterruptRead(std::uint8_t* buffer, std::uint32_t length) override;
+    void Cancel() override;
+
+private:
+    using Frame = VirtualWireFrame;
+
+    struct Answer {
+        Frame::Status status = Frame::Status::Ok;
+        std::vector<std::uint8_t> body;
+    };
+
+    struct Waiting {
+        std::optional<Answer> answer;
+        bool cancelled = false;
+    };
+
+    UsbResult Exchange(Frame::Request request, const std::vector<std::uint8_t>& body, std::uint64_t waitMs,
+                       Answer& answer);
+    std::uint32_t NextRequestId();
+    bool Send(const Frame::Request& request, const std::vector<std::uint8_t>& body);
+    void SendInterruptRead(std::unique_lock<std::mutex>& lock);
+    void ReadAnswers();
+    bool ReadExact(std::uint8_t* data, std::size_t size);
+    void File(const Frame::AnswerHeader& header, std::vector<std::uint8_t> body);
+    void MarkGone();
+    static UsbResult Received(const Answer& answer, std::uint8_t* buffer, std::uint32_t capacity);
+    static UsbResult Sent(const Answer& answer, std::uint32_t length);
+    static UsbResult Refused(Frame::Status status);
+
+    const int socket;
+    std::mutex sendMutex;
+    std::mutex stateMutex;
+    std::condition_variable changed;
+    std::map<std::uint32_t, Waiting> waiting;
+    std::uint32_t lastRequestId = 0;
+    bool gone = false;
+    // The instrument serves one interrupt read at a time. One stays outstanding there until it is
+    // answered, even when the thread that asked for it has given up; the next read waits for it.
+    std::optional<std::uint32_t> interruptOutstanding;
+    std::optional<Answer> interruptAnswer;
+    bool interruptCancelled = false;
+    std::thread reader;
+};
+
+}

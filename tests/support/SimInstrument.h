@@ -1,0 +1,45 @@
+#pragma once
+// A virtual instrument for the driver's tests: starts orbel-sim in a private directory and runs its
+// commands there.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace OrbelTest {
+
+struct SimOutput {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+};
+
+class SimInstrument {
+public:
+    static constexpr std::uint32_t DefaultSerial = 1000001;
+
+    // Starts an instrument in a new private directory, with no noise and no waiting.
+    explicit SimInstrument(std::uint32_t serial = DefaultSerial);
+    // Starts one more instrument in the directory of another.
+    SimInstrument(const SimInstrument& neighbour, std::uint32_t serial);
+    ~SimInstrument();
+    SimInstrument(const SimInstrument&) = delete;
+    SimInstrument& operator=(const SimInstrument&) = delete;
+
+    // An orbel-sim command for this instrument, e.g. {"fault", "bulk-timeout"}.
+    SimOutput Run(std::vector<std::string> args) const;
+    // The same, failing the test unless the command succeeds.
+    void Command(const std::vector<std::string>& args) const;
+
+    const std::string& Directory() const { return directory; }
+    std::string Path() const { return "sim:" + std::to_string(serial); }
+
+private:
+    void Start();
+
+    std::string directory;
+    bool ownsDirectory;
+    std::uint32_t serial;
+};
+
+}
