@@ -11,9 +11,12 @@
 #include "sim/EepromBuilder.h"
 #include "sim/WireFrame.h"
 #include "sim/platform/UnixSocket.h"
-#include "tests/sim/platform/ProgramRunner.h"
+#include "tests/support/ProgramRunner.h"
 
 namespace OrbelSimTest {
+
+using OrbelTest::ProgramResult;
+using OrbelTest::ProgramRunner;
 
 using OrbelSim::TransferStatus;
 

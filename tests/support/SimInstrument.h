@@ -6,13 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace OrbelTest {
+#include "tests/support/ProgramRunner.h"
 
-struct SimOutput {
-    int exitCode = -1;
-    std::string out;
-    std::string err;
-};
+namespace OrbelTest {
 
 class SimInstrument {
 public:
@@ -27,7 +23,7 @@ public:
     SimInstrument& operator=(const SimInstrument&) = delete;
 
     // An orbel-sim command for this instrument, e.g. {"fault", "bulk-timeout"}.
-    SimOutput Run(std::vector<std::string> args) const;
+    ProgramResult Run(std::vector<std::string> args) const;
     // The same, failing the test unless the command succeeds.
     void Command(const std::vector<std::string>& args) const;
 

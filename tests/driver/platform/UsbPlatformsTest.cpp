@@ -11,7 +11,7 @@
 namespace DeviceDriverTest {
 
 using OrbelTest::SimInstrument;
-using OrbelTest::SimOutput;
+using OrbelTest::ProgramResult;
 
 using DeviceDriver::UsbConnection;
 using DeviceDriver::UsbPlatform;

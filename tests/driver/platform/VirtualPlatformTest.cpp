@@ -17,7 +17,7 @@
 namespace DeviceDriverTest {
 
 using OrbelTest::SimInstrument;
-using OrbelTest::SimOutput;
+using OrbelTest::ProgramResult;
 
 using DeviceDriver::UsbConnection;
 using DeviceDriver::UsbResult;
