@@ -73,6 +73,8 @@ public:
     }
 
     bool IsNull() const { return pointer == nullptr; }
+    // How many SmartPointers share the object; 0 for a null one.
+    uint32_t UseCount() const { return count == nullptr ? 0 : count->load(std::memory_order_relaxed); }
 
 private:
     template<class>

@@ -1,0 +1,7 @@
+#include "utilities/ComponentBase.h"
+
+namespace Utilities {
+
+ComponentBase::~ComponentBase() = default;
+
+}

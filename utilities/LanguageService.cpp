@@ -1,0 +1,7 @@
+#include "utilities/LanguageService.h"
+
+namespace Utilities {
+
+LanguageService::~LanguageService() = default;
+
+}
