@@ -1,4 +1,4 @@
-#include "HeapAllocationCounter.h"
+#include "tests/support/HeapAllocationCounter.h"
 
 #include "diagnostics/String.h"
 

@@ -1,5 +1,5 @@
-#include "HeapAllocationCounter.h"
-#include "utilities/FailureText.h"
+#include "tests/support/HeapAllocationCounter.h"
+#include "tests/utilities/FailureText.h"
 
 #include "diagnostics/String.h"
 #include "utilities/ExceptionOutOfBound.h"

@@ -1,0 +1,10 @@
+#include "utilities/MutexImplementation.h"
+
+namespace Utilities {
+
+Diagnostics::String MutexImplementation::GetValueString() const
+{
+    return Diagnostics::String();
+}
+
+}

@@ -1,0 +1,10 @@
+#include "utilities/ThreadImplementation.h"
+
+namespace Utilities {
+
+Diagnostics::String ThreadImplementation::GetValueString() const
+{
+    return Diagnostics::String();
+}
+
+}
