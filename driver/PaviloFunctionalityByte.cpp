@@ -1,0 +1,7 @@
+#include "driver/PaviloFunctionalityByte.h"
+
+namespace DeviceDriver {
+
+PaviloFunctionalityByte::~PaviloFunctionalityByte() = default;
+
+}
