@@ -1,0 +1,10 @@
+#include "cmetry/CMetryService.h"
+
+namespace CMetry {
+
+Diagnostics::String CMetryService::GetValueString() const
+{
+    return Diagnostics::String("CMetryService");
+}
+
+}

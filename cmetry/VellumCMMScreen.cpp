@@ -1,0 +1,7 @@
+#include "cmetry/VellumCMMScreen.h"
+
+namespace CMetry {
+
+VellumCMMScreen::~VellumCMMScreen() = default;
+
+}
