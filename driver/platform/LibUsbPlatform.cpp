@@ -151,7 +151,10 @@ std::string LibUsbPlatform::PathOf(libusb_device* device)
     const int depth = libusb_get_port_numbers(device, ports, MaxPortDepth);
     std::string path = PathPrefix + std::to_string(libusb_get_bus_number(device)) + "-";
     for (int i = 0; i < depth; ++i) {
-        path += (i == 0 ? "" : ".") + std::to_string(ports[i]);
+        if (i > 0) {
+            path += '.';
+        }
+        path += std::to_string(ports[i]);
     }
     return path;
 }
