@@ -1,0 +1,10 @@
+#include "diagnostics/UserDebugLogItem.h"
+
+namespace Diagnostics {
+
+const char* UserDebugLogItem::IndentationStep() const
+{
+    return "| ";
+}
+
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "utilities/Directory.h"
+#include "utilities/String.h"
+
+namespace Utilities {
+
+// A Directory on POSIX: the neutral path is the native one.
+class Directory_PC : public Directory {
+public:
+    Directory_PC(long kind, const String& given);
+
+    void CreateSubdirectory(const String& name) override;
+    std::vector<SmartPointer<Directory>> GetSubdirectories(const String& pattern) const override;
+    std::vector<SmartPointer<File>> GetFiles(const String& name, const String& extension) const override;
+    SmartPointer<Directory> GetParent() const override;
+    String GetName() const override;
+    String GetPath() const override;
+    Diagnostics::String GetValueString() const override;
+
+private:
+    static String PathOfKind(long kind, const String& given);
+    static String WorkingDirectory();
+    static String ProgramDirectory();
+    static String SettingsDirectory();
+    static bool Exists(const String& path);
+    static bool IsDirectory(const String& path);
+
+    // The names of the entries that match the wildcard pattern, sorted.
+    std::vector<std::string> EntriesMatching(const String& pattern) const;
+    String PathOf(const std::string& entry) const;
+
+    String path;
+    long kind;
+};
+
+}
