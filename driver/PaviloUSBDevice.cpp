@@ -1,6 +1,9 @@
 #include "driver/PaviloUSBDevice.h"
 
 #include <algorithm>
+#include <array>
+#include <deque>
+#include <optional>
 #include <thread>
 
 #include "driver/PaviloFunctionalityByte.h"
@@ -45,6 +48,70 @@ Utilities::String Failure(const char* what, const UsbResult& result)
 }
 
 }
+
+// The three blocks of a strip: two being read while the third is cut into packets. However the
+// strip ends, the reads still under way are cancelled and waited for before their blocks go.
+class PaviloUSBDevice::StripReads {
+public:
+    StripReads(UsbConnection& connection, std::uint32_t blockSize, std::uint32_t waitMs)
+        : connection(connection), blockSize(blockSize), waitMs(waitMs)
+    {
+        for (std::vector<std::uint8_t>& block : blocks) {
+            block.resize(blockSize);
+        }
+    }
+
+    ~StripReads()
+    {
+        connection.CancelBulkReads();
+        for (const Read& read : underWay) {
+            connection.AwaitBulkRead(read.ticket, waitMs);
+        }
+    }
+
+    StripReads(const StripReads&) = delete;
+    StripReads& operator=(const StripReads&) = delete;
+
+    // Queues a read into the block that is neither being read nor processed.
+    void QueueNext()
+    {
+        std::size_t free = 0;
+        while (free == processing || IsUnderWay(free)) {
+            ++free;
+        }
+        underWay.push_back({connection.SubmitBulkRead(blocks[free].data(), blockSize, waitMs), free});
+    }
+
+    // Waits for the older read; its block becomes the one to process.
+    UsbResult AwaitOldest()
+    {
+        const Read oldest = underWay.front();
+        underWay.pop_front();
+        processing = oldest.block;
+        return connection.AwaitBulkRead(oldest.ticket, waitMs);
+    }
+
+    const std::uint8_t* Processing() const { return blocks[processing].data(); }
+
+private:
+    struct Read {
+        UsbConnection::ReadTicket ticket;
+        std::size_t block;
+    };
+
+    bool IsUnderWay(std::size_t block) const
+    {
+        return std::any_of(underWay.begin(), underWay.end(), [block](const Read& read) { return read.block == block; });
+    }
+
+    UsbConnection& connection;
+    const std::uint32_t blockSize;
+    const std::uint32_t waitMs;
+    std::array<std::vector<std::uint8_t>, 3> blocks;
+    std::deque<Read> underWay;
+    std::size_t processing = blocks.size();
+};
+
 
 // Waits on the interrupt pipe from Open until Shutdown or the loss of the instrument.
 class PaviloUSBDevice::Listener : public Utilities::Thread {
@@ -353,32 +420,52 @@ void PaviloUSBDevice::ReadDataStrip(ScanFifo& fifo, std::uint32_t packetSize, st
     if (blockSize == 0) {
         throw Utilities::ExceptionOutOfBound("Read data faild (wrong data size)");
     }
-    std::vector<std::uint8_t> block(blockSize);
-    const std::uint32_t waitMs = timeoutMs + transferGraceMs;
+    {
+        StripReads reads(*connection, static_cast<std::uint32_t>(blockSize), timeoutMs + transferGraceMs);
+        ReadBlocks(reads, fifo, packetSize);
+    }
+    fifo.SetFinished();
+}
+
+// Until a short block: the next read is queued before the block in hand goes into the FIFO.
+void PaviloUSBDevice::ReadBlocks(StripReads& reads, ScanFifo& fifo, std::uint32_t packetSize)
+{
+    const std::uint32_t blockSize = packetSize * packetsPerBlock;
+    reads.QueueNext();
+    std::optional<std::uint32_t> processingCount;
     bool firstPass = true;
     while (true) {
-        const UsbResult result = connection->BulkRead(block.data(), static_cast<std::uint32_t>(blockSize), waitMs);
-        if (result.IsTimeout()) {
-            throw Utilities::ExceptionOutOfBound("Read data failed (Timeout)");
-        }
-        if (!result.Succeeded()) {
-            throw Utilities::ExceptionOutOfBound("Read data failed (OverlappedRead)");
-        }
-        const std::uint32_t count = result.Transferred();
-        if (count != blockSize && count % packetSize != 0) {
-            throw Utilities::ExceptionOutOfBound("Read data faild (wrong data size)");
-        }
-        PushPackets(fifo, block.data(), count, packetSize);
-        if (count != blockSize) {
-            break;
+        reads.QueueNext();
+        if (processingCount) {
+            PushPackets(fifo, reads.Processing(), *processingCount, packetSize);
+            if (*processingCount != blockSize) {
+                return;
+            }
+            processingCount.reset();
         }
         if (firstPass) {
             // The user hears the start of the strip after this pause.
             Timing_PC().Sleep(stripStartPauseMs);
             firstPass = false;
         }
+        processingCount = CheckedBlock(reads.AwaitOldest(), blockSize, packetSize);
     }
-    fifo.SetFinished();
+}
+
+// The byte count of a block read; a short block must still hold whole packets.
+std::uint32_t PaviloUSBDevice::CheckedBlock(const UsbResult& result, std::uint32_t blockSize, std::uint32_t packetSize)
+{
+    if (result.IsTimeout()) {
+        throw Utilities::ExceptionOutOfBound("Read data failed (Timeout)");
+    }
+    if (!result.Succeeded()) {
+        throw Utilities::ExceptionOutOfBound("Read data failed (OverlappedRead)");
+    }
+    const std::uint32_t count = result.Transferred();
+    if (count != blockSize && count % packetSize != 0) {
+        throw Utilities::ExceptionOutOfBound("Read data faild (wrong data size)");
+    }
+    return count;
 }
 
 void PaviloUSBDevice::PushPackets(ScanFifo& fifo, const std::uint8_t* block, std::uint32_t count,

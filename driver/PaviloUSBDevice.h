@@ -48,6 +48,7 @@ public:
     void Read(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs);
     void Write(const std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs);
     // Reads packets of packetSize into the FIFO, ten to a block, until a short block ends the strip.
+    // Two block reads are kept under way, so that the instrument never waits while a block is copied.
     void ReadDataStrip(ScanFifo& fifo, std::uint32_t packetSize, std::uint32_t timeoutMs);
 
     // True once for any number of key presses since the last question.
@@ -63,6 +64,7 @@ public:
 private:
     class Listener;
     class Notifier;
+    class StripReads;
     enum class Pipe { Control, BulkIn, BulkOut, Interrupt };
 
     static UsbPlatform& Platform();
@@ -76,6 +78,8 @@ private:
     void NotifyObservers(long value, Notifier* notifier);
     void ForgetFinishedNotifiers();
     bool HasRunningNotifiers();
+    void ReadBlocks(StripReads& reads, ScanFifo& fifo, std::uint32_t packetSize);
+    static std::uint32_t CheckedBlock(const UsbResult& result, std::uint32_t blockSize, std::uint32_t packetSize);
     void PushPackets(ScanFifo& fifo, const std::uint8_t* block, std::uint32_t count, std::uint32_t packetSize);
 
     const Utilities::String address;

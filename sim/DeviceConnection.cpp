@@ -29,6 +29,7 @@ std::string Describe(const RequestHeader& header, const std::vector<std::uint8_t
     case TransferKind::BulkWrite: return "bulk write " + std::to_string(header.transferLength);
     case TransferKind::InterruptRead: return "interrupt read";
     case TransferKind::Cancel: return "cancel";
+    case TransferKind::CancelBulkReads: return "cancel bulk reads";
   }
   return "kind " + std::to_string(header.kind);
 }
@@ -91,8 +92,9 @@ void DeviceConnection::Dispatch(Request request)
       }
       return StartInterruptRead(header.requestId);
     case TransferKind::Cancel:
-      instrument_.CancelInterrupt(id_);
-      return Answer(header, {});
+      return CancelInterruptRead(header);
+    case TransferKind::CancelBulkReads:
+      return CancelBulkReads(header);
     case TransferKind::Control: {
       const bool out = bodySize > 0 && request.body[0] == 0;
       const std::size_t expected = WireFrame::kControlRequestSize + (out ? header.transferLength : 0);
@@ -115,6 +117,9 @@ void DeviceConnection::Dispatch(Request request)
       return Stall(header, "unknown transfer kind " + std::to_string(header.kind));
   }
   std::lock_guard<std::mutex> lock(queueMutex_);
+  if (static_cast<TransferKind>(header.kind) == TransferKind::BulkRead) {
+    unansweredBulkReads_.insert(header.requestId);
+  }
   queue_.push_back(std::move(request));
   queued_.notify_one();
 }
@@ -132,12 +137,22 @@ void DeviceConnection::WorkLoop()
       request = std::move(queue_.front());
       queue_.pop_front();
     }
-    if (SimLog::Verbose()) {
-      SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.header.requestId) + ": " +
-                    Describe(request.header, request.body));
-    }
-    Answer(request.header, Serve(request));
+    ServeQueued(request);
   }
+}
+
+void DeviceConnection::ServeQueued(const Request& request)
+{
+  if (SimLog::Verbose()) {
+    SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.header.requestId) + ": " +
+                  Describe(request.header, request.body));
+  }
+  const TransferResult result = Serve(request);
+  {
+    std::lock_guard<std::mutex> lock(queueMutex_);
+    unansweredBulkReads_.erase(request.header.requestId);
+  }
+  Answer(request.header, result);
 }
 
 TransferResult DeviceConnection::Serve(const Request& request)
@@ -150,7 +165,7 @@ TransferResult DeviceConnection::Serve(const Request& request)
       return instrument_.Control(id_, setup, payload, header.transferLength);
     }
     case TransferKind::BulkRead:
-      return instrument_.BulkRead(id_, header.transferLength, header.timeoutMs);
+      return instrument_.BulkRead(id_, header.transferLength, header.timeoutMs, header.requestId);
     default:
       return instrument_.BulkWrite(id_, request.body);
   }
@@ -159,17 +174,48 @@ TransferResult DeviceConnection::Serve(const Request& request)
 void DeviceConnection::StartInterruptRead(std::uint32_t requestId)
 {
   const RequestHeader header{static_cast<std::uint8_t>(TransferKind::InterruptRead), requestId, 0, 0, 0};
-  if (interruptBusy_.exchange(true)) {
-    return Stall(header, "an interrupt read is outstanding already");
+  {
+    std::lock_guard<std::mutex> lock(queueMutex_);
+    if (interruptOutstanding_) {
+      return Stall(header, "an interrupt read is outstanding already");
+    }
+    interruptOutstanding_ = requestId;
   }
   if (interruptThread_.joinable()) {
     interruptThread_.join();
   }
   interruptThread_ = std::thread([this, header] {
-    const TransferResult result = instrument_.InterruptRead(id_);
-    interruptBusy_ = false;
+    const TransferResult result = instrument_.InterruptRead(id_, header.requestId);
+    {
+      std::lock_guard<std::mutex> lock(queueMutex_);
+      interruptOutstanding_.reset();
+    }
     Answer(header, result);
   });
+}
+
+// The instrument is told which read to end: its thread may not have begun to wait yet.
+void DeviceConnection::CancelInterruptRead(const RequestHeader& header)
+{
+  {
+    std::lock_guard<std::mutex> lock(queueMutex_);
+    if (interruptOutstanding_) {
+      instrument_.CancelInterrupt(id_, *interruptOutstanding_);
+    }
+  }
+  Answer(header, {});
+}
+
+// Reads still waiting their turn are served later, and end at once as cancelled.
+void DeviceConnection::CancelBulkReads(const RequestHeader& header)
+{
+  {
+    std::lock_guard<std::mutex> lock(queueMutex_);
+    if (!unansweredBulkReads_.empty()) {
+      instrument_.CancelBulkReads(id_, {unansweredBulkReads_.begin(), unansweredBulkReads_.end()});
+    }
+  }
+  Answer(header, {});
 }
 
 void DeviceConnection::Stall(const RequestHeader& request, const std::string& note)

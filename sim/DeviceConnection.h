@@ -1,13 +1,15 @@
 #pragma once
 // One host connection on the instrument's socket: reads request frames (WireFrame.h), serves
 // control and bulk transfers one after the other on a worker, interrupt reads on a thread of their
-// own, and writes the answers.
+// own, cancels on the reading thread as they come, and writes the answers.
 
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -39,6 +41,9 @@ private:
   void WorkLoop();
   TransferResult Serve(const Request& request);
   void StartInterruptRead(std::uint32_t requestId);
+  void CancelInterruptRead(const RequestHeader& header);
+  void CancelBulkReads(const RequestHeader& header);
+  void ServeQueued(const Request& request);
   void Answer(const RequestHeader& request, const TransferResult& result);
   void Stall(const RequestHeader& request, const std::string& note);
   void Teardown();
@@ -51,7 +56,11 @@ private:
   std::condition_variable queued_;
   std::deque<Request> queue_;
   bool closing_ = false;
-  std::atomic<bool> interruptBusy_{false};
+  // Bulk reads received and not yet answered, guarded by queueMutex_.
+  std::set<std::uint32_t> unansweredBulkReads_;
+  // The interrupt read under way, guarded by queueMutex_. Set by the reading thread before it reads
+  // the next frame, so that a cancel right behind the read always finds it.
+  std::optional<std::uint32_t> interruptOutstanding_;
   std::thread interruptThread_;
   std::thread worker_;
   std::thread reader_;

@@ -363,19 +363,23 @@ Instrument::PendingData Instrument::Scan(int gain, double integrationTime, doubl
   return data;
 }
 
-TransferResult Instrument::BulkRead(std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs)
+TransferResult Instrument::BulkRead(std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs,
+                                    std::uint32_t requestId)
 {
   bool dropped = false;
   TransferResult result;
   {
     Lock lock(mutex_);
     ++counters_.bulkIn;
-    if (auto failed = Prelude(connection, dropped)) {
+    Connection* live = Live(connection);
+    if (live && TakeBulkCancel(*live, requestId)) {
+      result = {TransferStatus::Cancelled, {}, "cancelled before it was served"};
+    } else if (auto failed = Prelude(connection, dropped)) {
       result = *failed;
     } else if (faults_.Take(FaultKind::BulkTimeout)) {
       result = Refuse(TransferStatus::Timeout, "fault bulk-timeout");
     } else {
-      result = BulkReadLocked(lock, connection, length, timeoutMs);
+      result = BulkReadLocked(lock, connection, length, timeoutMs, requestId);
     }
   }
   if (dropped) {
@@ -384,7 +388,8 @@ TransferResult Instrument::BulkRead(std::uint32_t connection, std::uint32_t leng
   return result;
 }
 
-TransferResult Instrument::BulkReadLocked(Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs)
+TransferResult Instrument::BulkReadLocked(Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs,
+                                          std::uint32_t requestId)
 {
   const auto deadline = timeoutMs == 0 ? SimClock::Clock::time_point::max()
                                        : clock_.Now() + std::chrono::milliseconds(timeoutMs);
@@ -392,6 +397,9 @@ TransferResult Instrument::BulkReadLocked(Lock& lock, std::uint32_t connection, 
     Connection* live = Live(connection);
     if (!live) {
       return {TransferStatus::NoDevice, {}, "the instrument is unplugged"};
+    }
+    if (TakeBulkCancel(*live, requestId)) {
+      return {TransferStatus::Cancelled, {}, "cancelled while waiting for data"};
     }
     auto wakeAt = deadline;
     if (live->pending) {
@@ -414,6 +422,23 @@ TransferResult Instrument::BulkReadLocked(Lock& lock, std::uint32_t connection, 
     }
     changed_.wait_until(lock, wakeAt);
   }
+}
+
+bool Instrument::TakeBulkCancel(Connection& connection, std::uint32_t requestId)
+{
+  return requestId != 0 && connection.cancelledBulkReads.erase(requestId) != 0;
+}
+
+void Instrument::CancelBulkReads(std::uint32_t connection, const std::vector<std::uint32_t>& requestIds)
+{
+  std::lock_guard<std::mutex> lock(mutex_);
+  const auto found = connections_.find(connection);
+  if (found == connections_.end()) {
+    return;
+  }
+  found->second.cancelledBulkReads.insert(requestIds.begin(), requestIds.end());
+  counters_.bulkInCancelled += requestIds.size();
+  changed_.notify_all();
 }
 
 TransferResult Instrument::Deliver(Connection& connection, std::uint32_t length)
@@ -476,7 +501,7 @@ TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector
   return result;
 }
 
-TransferResult Instrument::InterruptRead(std::uint32_t connection)
+TransferResult Instrument::InterruptRead(std::uint32_t connection, std::uint32_t requestId)
 {
   Lock lock(mutex_);
   Connection* live = Live(connection);
@@ -487,17 +512,16 @@ TransferResult Instrument::InterruptRead(std::uint32_t connection)
     return Refuse(TransferStatus::Stall, "an interrupt read is outstanding already");
   }
   live->interruptWaiting = true;
-  live->cancelRequested = false;
   changed_.wait(lock, [&] {
     live = Live(connection);
-    return !live || !live->interrupts.empty() || live->cancelRequested;
+    return !live || !live->interrupts.empty() || live->cancelledInterrupt == requestId;
   });
   if (!live) {
     return {TransferStatus::NoDevice, {}, "the instrument is unplugged"};
   }
   live->interruptWaiting = false;
-  if (live->cancelRequested) {
-    live->cancelRequested = false;
+  if (live->cancelledInterrupt == requestId) {
+    live->cancelledInterrupt.reset();
     return {TransferStatus::Cancelled, {}, ""};
   }
   TransferResult result{TransferStatus::Ok, live->interrupts.front(), ""};
@@ -507,12 +531,14 @@ TransferResult Instrument::InterruptRead(std::uint32_t connection)
   return result;
 }
 
-void Instrument::CancelInterrupt(std::uint32_t connection)
+// The read is named, so that a cancel that comes before the read has begun to wait still ends it,
+// while one that comes after the read has ended can't end the next.
+void Instrument::CancelInterrupt(std::uint32_t connection, std::uint32_t requestId)
 {
   std::lock_guard<std::mutex> lock(mutex_);
   const auto found = connections_.find(connection);
-  if (found != connections_.end() && found->second.interruptWaiting) {
-    found->second.cancelRequested = true;
+  if (found != connections_.end()) {
+    found->second.cancelledInterrupt = requestId;
     changed_.notify_all();
   }
 }
@@ -628,7 +654,8 @@ std::string Instrument::StatusJson() const
        << ",\"connections\":" << live << ",\"last_reset\":" << lastReset_ << ",\"parameters\":{\"integration_ticks\":"
        << parameters_.integrationTicks << ",\"lamp_ticks\":" << parameters_.lampTicks << ",\"count\":" << parameters_.count
        << ",\"flags\":" << static_cast<int>(parameters_.flags) << "},\"counters\":{\"control\":" << counters_.control
-       << ",\"bulk_in\":" << counters_.bulkIn << ",\"bulk_out\":" << counters_.bulkOut
+       << ",\"bulk_in\":" << counters_.bulkIn
+       << ",\"bulk_in_cancelled\":" << counters_.bulkInCancelled << ",\"bulk_out\":" << counters_.bulkOut
        << ",\"interrupts\":" << counters_.interrupts << ",\"stalls\":" << counters_.stalls
        << ",\"timeouts\":" << counters_.timeouts << ",\"measurements\":" << counters_.measurements
        << ",\"dark_measurements\":" << counters_.darkMeasurements << ",\"scans\":" << counters_.scans

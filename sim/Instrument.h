@@ -42,6 +42,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -89,11 +90,16 @@ public:
   void Disconnect(std::uint32_t connection);
   TransferResult Control(std::uint32_t connection, const std::vector<std::uint8_t>& setup,
                          const std::vector<std::uint8_t>& payload, std::uint32_t length);
-  TransferResult BulkRead(std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs);
+  // `requestId` names the read for CancelBulkReads; 0 can't be cancelled.
+  TransferResult BulkRead(std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs,
+                          std::uint32_t requestId = 0);
   TransferResult BulkWrite(std::uint32_t connection, const std::vector<std::uint8_t>& data);
   // Blocks until a press, the cable goes, a cancel, or the connection ends.
-  TransferResult InterruptRead(std::uint32_t connection);
-  void CancelInterrupt(std::uint32_t connection);
+  TransferResult InterruptRead(std::uint32_t connection, std::uint32_t requestId);
+  // Cancels the interrupt read `requestId`, also one that hasn't begun to wait yet.
+  void CancelInterrupt(std::uint32_t connection, std::uint32_t requestId);
+  // Cancels these bulk reads, being served or still to come; each then ends with status cancelled.
+  void CancelBulkReads(std::uint32_t connection, const std::vector<std::uint32_t>& requestIds);
 
   // The person's side. Place, SetStrip and Fault raise std::invalid_argument with a text.
   void Press();
@@ -119,7 +125,8 @@ private:
     std::uint32_t writeRemaining = 0;
     std::deque<std::vector<std::uint8_t>> interrupts;
     bool interruptWaiting = false;
-    bool cancelRequested = false;
+    std::optional<std::uint32_t> cancelledInterrupt;
+    std::set<std::uint32_t> cancelledBulkReads;
     bool gone = false;
   };
 
@@ -133,6 +140,7 @@ private:
   struct Counters {
     std::uint64_t control = 0;
     std::uint64_t bulkIn = 0;
+    std::uint64_t bulkInCancelled = 0;
     std::uint64_t bulkOut = 0;
     std::uint64_t interrupts = 0;
     std::uint64_t stalls = 0;
@@ -163,7 +171,9 @@ private:
   std::vector<std::uint8_t> ParameterAnswer() const;
   PendingData SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampOn);
   PendingData Scan(int gain, double integrationTime, double lampTime, bool lampOn);
-  TransferResult BulkReadLocked(Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs);
+  TransferResult BulkReadLocked(Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs,
+                                std::uint32_t requestId);
+  bool TakeBulkCancel(Connection& connection, std::uint32_t requestId);
   TransferResult Deliver(Connection& connection, std::uint32_t length);
   void BreakLogFile(std::uint16_t id);
 

@@ -41,8 +41,12 @@
 //                   be outstanding per connection; a second one is stalled.
 //   5 cancel        ends the outstanding interrupt read, which is answered with status 5; the cancel
 //                   frame itself is answered with status 0
+//   6 cancel bulk reads  ends every bulk read sent before it and not yet answered, the one being
+//                   served and those waiting their turn; each is answered with status 5, the frame
+//                   itself with status 0
 // Control and bulk frames of one connection are served one after the other in the order sent;
-// an interrupt read and a cancel are served beside them at any time.
+// an interrupt read and the cancels are served beside them at any time. A cancel always reaches
+// the requests sent before it, however soon it follows them.
 //
 // Statuses:
 //   0 ok          the transfer completed with its full length
@@ -56,7 +60,7 @@
 //                 none): the end of a scan, more requested than the instrument had to send, or an
 //                 injected short read
 //   4 no device   the cable is gone; the instrument closes the connection after this answer
-//   5 cancelled   an interrupt read ended by a cancel frame
+//   5 cancelled   an interrupt read or a bulk read ended by a cancel frame
 //
 // A frame whose magic or version is wrong can't be resynchronised: it is answered with a stall
 // (request id 0) and the connection is closed. A frame with a body larger than kMaxBody likewise.
@@ -74,7 +78,14 @@
 
 namespace OrbelSim {
 
-enum class TransferKind : std::uint8_t { Control = 1, BulkRead = 2, BulkWrite = 3, InterruptRead = 4, Cancel = 5 };
+enum class TransferKind : std::uint8_t {
+  Control = 1,
+  BulkRead = 2,
+  BulkWrite = 3,
+  InterruptRead = 4,
+  Cancel = 5,
+  CancelBulkReads = 6
+};
 
 enum class TransferStatus : std::uint8_t { Ok = 0, Stall = 1, Timeout = 2, Short = 3, NoDevice = 4, Cancelled = 5 };
 

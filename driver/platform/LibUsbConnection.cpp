@@ -1,6 +1,7 @@
 #include "driver/platform/LibUsbConnection.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -100,6 +101,83 @@ UsbResult LibUsbConnection::BulkRead(std::uint8_t* buffer, std::uint32_t length,
     libusb_fill_bulk_transfer(transfer.get(), handle, endpoints.bulkIn, buffer, static_cast<int>(length), nullptr,
                               nullptr, timeoutMs);
     return Run(transfer.get(), false);
+}
+
+// The transfer goes to libusb at once; a second one submitted behind it waits its turn on the
+// endpoint, so the bus is never idle between the two.
+LibUsbConnection::ReadTicket LibUsbConnection::SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length,
+                                                              std::uint32_t timeoutMs)
+{
+    auto read = std::make_unique<Submitted>();
+    if (Unusable(buffer, length)) {
+        read->refusal = LIBUSB_ERROR_INVALID_PARAM;
+    } else if ((read->transfer = libusb_alloc_transfer(0)) == nullptr) {
+        read->refusal = LIBUSB_ERROR_NO_MEM;
+    } else {
+        libusb_fill_bulk_transfer(read->transfer, handle, endpoints.bulkIn, buffer, static_cast<int>(length),
+                                  MarkCompleted, &read->completed, timeoutMs);
+    }
+    std::lock_guard<std::mutex> lock(mutex);
+    if (read->transfer != nullptr) {
+        read->refusal = libusb_submit_transfer(read->transfer);
+        if (read->refusal == 0) {
+            underWay.insert(read->transfer);
+        }
+    }
+    const ReadTicket ticket = ++lastTicket;
+    submitted[ticket] = std::move(read);
+    return ticket;
+}
+
+UsbResult LibUsbConnection::AwaitBulkRead(ReadTicket ticket, std::uint32_t waitMs)
+{
+    std::unique_ptr<Submitted> read;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        const auto found = submitted.find(ticket);
+        if (found == submitted.end()) {
+            return UsbResult::Failure(EINVAL);
+        }
+        read = std::move(found->second);
+        submitted.erase(found);
+    }
+    const Transfer owned(read->transfer, &libusb_free_transfer);
+    if (read->refusal != 0) {
+        return ErrorResult(read->refusal);
+    }
+    const bool late = HandleEventsUntil(read->completed, read->transfer, waitMs);
+    std::lock_guard<std::mutex> lock(mutex);
+    underWay.erase(read->transfer);
+    return late ? UsbResult::Timeout() : Outcome(read->transfer);
+}
+
+void LibUsbConnection::CancelBulkReads()
+{
+    std::lock_guard<std::mutex> lock(mutex);
+    for (const auto& [ticket, read] : submitted) {
+        if (read->refusal == 0) {
+            libusb_cancel_transfer(read->transfer);
+        }
+    }
+}
+
+// Past `waitMs` (0: no limit) the transfer is cancelled, and waited for until libusb lets it go;
+// true if it was given up so.
+bool LibUsbConnection::HandleEventsUntil(int& completed, libusb_transfer* transfer, std::uint32_t waitMs)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(waitMs);
+    bool cancelled = false;
+    bool late = false;
+    while (completed == 0) {
+        timeval step {0, 100000};
+        const int handled = libusb_handle_events_timeout_completed(context.get(), &step, &completed);
+        late = late || (waitMs != 0 && completed == 0 && std::chrono::steady_clock::now() >= deadline);
+        if (!cancelled && ((handled != 0 && handled != LIBUSB_ERROR_INTERRUPTED) || late)) {
+            libusb_cancel_transfer(transfer);
+            cancelled = true;
+        }
+    }
+    return late && transfer->status == LIBUSB_TRANSFER_CANCELLED;
 }
 
 UsbResult LibUsbConnection::BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs)

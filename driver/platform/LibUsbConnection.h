@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -33,6 +34,9 @@ public:
                               std::uint32_t timeoutMs) override;
     UsbResult BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
     UsbResult BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs) override;
+    ReadTicket SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
+    UsbResult AwaitBulkRead(ReadTicket ticket, std::uint32_t waitMs) override;
+    void CancelBulkReads() override;
     UsbResult InterruptRead(std::uint8_t* buffer, std::uint32_t length) override;
     void Cancel() override;
 
@@ -40,7 +44,15 @@ public:
     static UsbResult ErrorResult(int libusbError);
 
 private:
+    // A submitted bulk read: its transfer, or why it couldn't be submitted.
+    struct Submitted {
+        libusb_transfer* transfer = nullptr;
+        int completed = 0;
+        int refusal = 0;
+    };
+
     UsbResult Run(libusb_transfer* transfer, bool interrupt);
+    bool HandleEventsUntil(int& completed, libusb_transfer* transfer, std::uint32_t waitMs);
     static UsbResult Outcome(const libusb_transfer* transfer);
 
     std::shared_ptr<libusb_context> context;
@@ -49,6 +61,8 @@ private:
     const Endpoints endpoints;
     std::mutex mutex;
     std::set<libusb_transfer*> underWay;
+    std::map<ReadTicket, std::unique_ptr<Submitted>> submitted;
+    ReadTicket lastTicket = 0;
     bool interruptCancelled = false;
 };
 

@@ -29,6 +29,16 @@ public:
                                       std::uint32_t timeoutMs) = 0;
     // Fewer bytes than asked for are a success: the instrument ends a scan with a short block.
     virtual UsbResult BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) = 0;
+    // A bulk read that runs while the caller goes on; several may be under way, and they complete in
+    // the order submitted. Every ticket is awaited exactly once, and `buffer` stays the read's own
+    // until then.
+    using ReadTicket = std::uint32_t;
+    virtual ReadTicket SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) = 0;
+    // The result of a submitted read, waiting at most `waitMs` for it; a read that hasn't ended by
+    // then is given up with the time-out error.
+    virtual UsbResult AwaitBulkRead(ReadTicket ticket, std::uint32_t waitMs) = 0;
+    // Ends the submitted reads that haven't completed with the cancel error; they are still awaited.
+    virtual void CancelBulkReads() = 0;
     virtual UsbResult BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs) = 0;
     // Blocks until the instrument sends a packet, Cancel is called, or the instrument goes.
     virtual UsbResult InterruptRead(std::uint8_t* buffer, std::uint32_t length) = 0;

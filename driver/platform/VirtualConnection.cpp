@@ -51,19 +51,63 @@ UsbResult VirtualConnection::ControlTransfer(const std::uint8_t* request, std::u
 
 UsbResult VirtualConnection::BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs)
 {
+    return AwaitBulkRead(SubmitBulkRead(buffer, length, timeoutMs), timeoutMs);
+}
+
+// The instrument serves bulk reads in the order sent, so reads sent one behind the other are
+// queued there and complete in that order.
+VirtualConnection::ReadTicket VirtualConnection::SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length,
+                                                                std::uint32_t timeoutMs)
+{
+    Waiting entry;
+    entry.buffer = buffer;
+    entry.capacity = length;
+    entry.bulkRead = true;
     if (length > 0 && buffer == nullptr) {
-        return UsbResult::Failure(EINVAL);
+        entry.refusal = UsbResult::Failure(EINVAL);
+    } else if (length > Frame::MaxBody) {
+        entry.refusal = UsbResult::Failure(EMSGSIZE);
     }
-    if (length > Frame::MaxBody) {
-        return UsbResult::Failure(EMSGSIZE);
+    return Post({Frame::Kind::BulkRead, 0, timeoutMs, length}, {}, std::move(entry));
+}
+
+// The instrument has its own time-out for the read; the answer is waited for a little longer.
+UsbResult VirtualConnection::AwaitBulkRead(ReadTicket ticket, std::uint32_t waitMs)
+{
+    Waiting outcome;
+    const UsbResult collected = Collect(ticket, waitMs == 0 ? 0 : waitMs + AnswerGraceMs, outcome);
+    if (!collected.Succeeded()) {
+        return collected;
     }
-    const std::uint64_t waitMs = timeoutMs == 0 ? 0 : timeoutMs + AnswerGraceMs;
+    return Received(*outcome.answer, outcome.buffer, outcome.capacity);
+}
+
+// The instrument is told too, so that it doesn't go on waiting for data nobody will take.
+void VirtualConnection::CancelBulkReads()
+{
+    std::unique_lock<std::mutex> lock(stateMutex);
+    bool anyUnanswered = false;
+    for (auto& [requestId, entry] : waiting) {
+        if (entry.bulkRead && !entry.answer && !entry.refusal) {
+            entry.cancelled = true;
+            anyUnanswered = true;
+        }
+    }
+    if (!anyUnanswered || gone) {
+        return;
+    }
+    changed.notify_all();
+    const Frame::Request cancel{Frame::Kind::CancelBulkReads, NextRequestId(), 0, 0};
+    lock.unlock();
+    Send(cancel, {});
+}
+
+// A cancel with nothing to end: answered at once, and it changes nothing at the instrument.
+bool VirtualConnection::Greet(std::uint32_t timeoutMs)
+{
     Answer answer;
-    const UsbResult exchanged = Exchange({Frame::Kind::BulkRead, 0, timeoutMs, length}, {}, waitMs, answer);
-    if (!exchanged.Succeeded()) {
-        return exchanged;
-    }
-    return Received(answer, buffer, length);
+    return Exchange({Frame::Kind::Cancel, 0, 0, 0}, {}, timeoutMs, answer).Succeeded() &&
+           answer.status == Frame::Status::Ok;
 }
 
 UsbResult VirtualConnection::BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs)
@@ -128,32 +172,52 @@ void VirtualConnection::Cancel()
 UsbResult VirtualConnection::Exchange(Frame::Request request, const std::vector<std::uint8_t>& body,
                                       std::uint64_t waitMs, Answer& answer)
 {
+    Waiting outcome;
+    const UsbResult collected = Collect(Post(request, body, Waiting{}), waitMs, outcome);
+    if (collected.Succeeded()) {
+        answer = std::move(*outcome.answer);
+    }
+    return collected;
+}
+
+// Registers the request under a new id and sends it, unless it is refused already or the
+// instrument has gone; Collect then tells so.
+std::uint32_t VirtualConnection::Post(Frame::Request request, const std::vector<std::uint8_t>& body, Waiting entry)
+{
+    bool send = false;
     {
         std::lock_guard<std::mutex> lock(stateMutex);
-        if (gone) {
-            return UsbResult::NoDevice();
-        }
         request.requestId = NextRequestId();
-        waiting[request.requestId] = Waiting{};
+        send = !gone && !entry.refusal;
+        waiting[request.requestId] = std::move(entry);
     }
-    const bool sent = Send(request, body);
-    std::unique_lock<std::mutex> lock(stateMutex);
-    if (!sent) {
+    if (send && !Send(request, body)) {
+        std::lock_guard<std::mutex> lock(stateMutex);
         MarkGone();
     }
+    return request.requestId;
+}
+
+// Waits for the answer to a posted request and forgets the request. Succeeds when the instrument
+// has answered; the answer is then in `outcome`. A wait of 0 has no limit.
+UsbResult VirtualConnection::Collect(std::uint32_t requestId, std::uint64_t waitMs, Waiting& outcome)
+{
+    std::unique_lock<std::mutex> lock(stateMutex);
     const auto settled = [&] {
-        const Waiting& entry = waiting[request.requestId];
-        return entry.answer || entry.cancelled || gone;
+        const Waiting& entry = waiting[requestId];
+        return entry.answer || entry.cancelled || entry.refusal || gone;
     };
     if (waitMs == 0) {
         changed.wait(lock, settled);
     } else {
         changed.wait_for(lock, std::chrono::milliseconds(waitMs), settled);
     }
-    Waiting outcome = std::move(waiting[request.requestId]);
-    waiting.erase(request.requestId);
+    outcome = std::move(waiting[requestId]);
+    waiting.erase(requestId);
+    if (outcome.refusal) {
+        return *outcome.refusal;
+    }
     if (outcome.answer) {
-        answer = std::move(*outcome.answer);
         return UsbResult::Success(0);
     }
     if (outcome.cancelled) {

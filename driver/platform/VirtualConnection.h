@@ -27,8 +27,15 @@ public:
                               std::uint32_t timeoutMs) override;
     UsbResult BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
     UsbResult BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs) override;
+    ReadTicket SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
+    UsbResult AwaitBulkRead(ReadTicket ticket, std::uint32_t waitMs) override;
+    void CancelBulkReads() override;
     UsbResult InterruptRead(std::uint8_t* buffer, std::uint32_t length) override;
     void Cancel() override;
+
+    // One round trip: once it is back, the instrument has taken the connection as its own and
+    // tells it of every key press. False if the instrument doesn't answer.
+    bool Greet(std::uint32_t timeoutMs);
 
 private:
     using Frame = VirtualWireFrame;
@@ -41,10 +48,18 @@ private:
     struct Waiting {
         std::optional<Answer> answer;
         bool cancelled = false;
+        // Refused before it was sent.
+        std::optional<UsbResult> refusal;
+        // A submitted bulk read: where its bytes go.
+        std::uint8_t* buffer = nullptr;
+        std::uint32_t capacity = 0;
+        bool bulkRead = false;
     };
 
     UsbResult Exchange(Frame::Request request, const std::vector<std::uint8_t>& body, std::uint64_t waitMs,
                        Answer& answer);
+    std::uint32_t Post(Frame::Request request, const std::vector<std::uint8_t>& body, Waiting entry);
+    UsbResult Collect(std::uint32_t requestId, std::uint64_t waitMs, Waiting& outcome);
     std::uint32_t NextRequestId();
     bool Send(const Frame::Request& request, const std::vector<std::uint8_t>& body);
     void SendInterruptRead(std::unique_lock<std::mutex>& lock);

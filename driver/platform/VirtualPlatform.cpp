@@ -18,6 +18,8 @@ namespace {
 
 const char* const PathPrefix = "sim:";
 const std::string SocketSuffix = ".sock";
+// How long an instrument may take to take a new connection as its own.
+constexpr std::uint32_t GreetingTimeoutMs = 2000;
 
 bool IsSet(const char* value)
 {
@@ -84,7 +86,11 @@ UsbResult VirtualPlatform::Open(const Utilities::String& path, std::unique_ptr<U
         const bool absent = error == ENOENT || error == ECONNREFUSED || error == ENOTDIR;
         return UsbResult::Failure(absent ? ENODEV : error);
     }
-    connection = std::make_unique<VirtualConnection>(path, socket);
+    auto opened = std::make_unique<VirtualConnection>(path, socket);
+    if (!opened->Greet(GreetingTimeoutMs)) {
+        return UsbResult::NoDevice();
+    }
+    connection = std::move(opened);
     return UsbResult::Success(0);
 }
 

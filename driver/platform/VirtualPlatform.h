@@ -21,6 +21,7 @@ public:
     bool Serves(const Utilities::String& path) const override;
     // The serials whose instrument answers, in the order of their numbers.
     std::vector<Utilities::String> EnumerateDevices() override;
+    // Returns once the instrument has taken the connection: a key pressed after that reaches it.
     UsbResult Open(const Utilities::String& path, std::unique_ptr<UsbConnection>& connection) override;
 
 private:

@@ -16,7 +16,14 @@ namespace DeviceDriver {
 // Answers carry the id of their request and may come out of order.
 class VirtualWireFrame {
 public:
-    enum class Kind : std::uint8_t { Control = 1, BulkRead = 2, BulkWrite = 3, InterruptRead = 4, Cancel = 5 };
+    enum class Kind : std::uint8_t {
+        Control = 1,
+        BulkRead = 2,
+        BulkWrite = 3,
+        InterruptRead = 4,
+        Cancel = 5,
+        CancelBulkReads = 6
+    };
     enum class Status : std::uint8_t { Ok = 0, Stall = 1, Timeout = 2, Short = 3, NoDevice = 4, Cancelled = 5 };
 
     struct Request {

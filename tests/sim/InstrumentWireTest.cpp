@@ -374,6 +374,40 @@ TEST(InstrumentWire, PressArrivesAsOneInterruptPacket)
   EXPECT_EQ(JsonField(sim.Status(), "key_latch"), "false");
 }
 
+// A cancel reaches the reads sent before it, however closely it follows them, and nothing after.
+TEST(InstrumentWire, CancelsEndTheReadsSentBeforeThem)
+{
+  SimHarness sim;
+  RawHost host(sim.SocketPath());
+  for (int round = 0; round < 50; ++round) {
+    const std::uint32_t read = host.Send(TransferKind::InterruptRead, 8, 0, {});
+    const std::uint32_t cancel = host.Send(TransferKind::Cancel, 0, 0, {});
+    const auto answer = host.Await(read, 2000);
+    ASSERT_TRUE(answer) << "round " << round;
+    ASSERT_EQ(answer->status, TransferStatus::Cancelled) << "round " << round;
+    ASSERT_EQ(host.Await(cancel)->status, TransferStatus::Ok);
+  }
+  const std::uint32_t late = host.Send(TransferKind::Cancel, 0, 0, {});
+  EXPECT_EQ(host.Await(late)->status, TransferStatus::Ok);
+  const std::uint32_t read = host.Send(TransferKind::InterruptRead, 8, 0, {});
+  sim.Ok({"press"});
+  EXPECT_EQ(host.Await(read)->status, TransferStatus::Ok);
+
+  // No data comes: one read waits at the instrument, one behind it; both end, and the next
+  // transfer is served at once.
+  const std::uint32_t served = host.Send(TransferKind::BulkRead, 256, 60000, {});
+  const std::uint32_t queued = host.Send(TransferKind::BulkRead, 256, 60000, {});
+  const std::uint32_t cancelBulk = host.Send(TransferKind::CancelBulkReads, 0, 0, {});
+  EXPECT_EQ(host.Await(cancelBulk, 2000)->status, TransferStatus::Ok);
+  EXPECT_EQ(host.Await(served, 2000)->status, TransferStatus::Cancelled);
+  EXPECT_EQ(host.Await(queued, 2000)->status, TransferStatus::Cancelled);
+  EXPECT_EQ(host.Misc().size(), 8u);
+  EXPECT_EQ(JsonField(sim.Status(), "bulk_in_cancelled"), "2");
+  const std::uint32_t nothingLeft = host.Send(TransferKind::CancelBulkReads, 0, 0, {});
+  EXPECT_EQ(host.Await(nothingLeft)->status, TransferStatus::Ok);
+  EXPECT_EQ(host.BulkRead(256, 50).status, TransferStatus::Timeout);
+}
+
 TEST(InstrumentWire, UnplugEndsAnInterruptReadAndPlugBringsTheInstrumentBack)
 {
   SimHarness sim;

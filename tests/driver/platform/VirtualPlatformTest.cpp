@@ -264,6 +264,33 @@ TEST_F(VirtualPlatformTest, PressesArriveOnTheInterruptRead)
     EXPECT_EQ(packet2[3], 3);
 }
 
+// Reads submitted one behind the other are served in turn; those left waiting for data that
+// never comes end at once when cancelled, and the connection serves what follows.
+TEST_F(VirtualPlatformTest, SubmittedBulkReadsCompleteInTurnOrAreCancelled)
+{
+    const auto connection = Open();
+    const Bytes expected = ReadEepromBytes(*connection, 100, 16);
+    Bytes range = EepromRange(100, 16);
+    ASSERT_TRUE(Control(*connection, 0, ReadEeprom, range).Succeeded());
+    Bytes first(8);
+    Bytes second(8);
+    const auto firstTicket = connection->SubmitBulkRead(first.data(), 8, Patience);
+    const auto secondTicket = connection->SubmitBulkRead(second.data(), 8, Patience);
+    EXPECT_EQ(connection->AwaitBulkRead(firstTicket, Patience).Transferred(), 8u);
+    EXPECT_EQ(connection->AwaitBulkRead(secondTicket, Patience).Transferred(), 8u);
+    EXPECT_EQ(Bytes(expected.begin(), expected.begin() + 8), first);
+    EXPECT_EQ(Bytes(expected.begin() + 8, expected.end()), second);
+
+    const auto waiting = connection->SubmitBulkRead(first.data(), 8, 60000);
+    const auto behind = connection->SubmitBulkRead(second.data(), 8, 60000);
+    connection->CancelBulkReads();
+    EXPECT_TRUE(connection->AwaitBulkRead(waiting, 60000).IsCancelled());
+    EXPECT_TRUE(connection->AwaitBulkRead(behind, 60000).IsCancelled());
+    EXPECT_EQ(ReadEepromBytes(*connection, 100, 16), expected);
+    EXPECT_EQ(connection->AwaitBulkRead(connection->SubmitBulkRead(nullptr, 8, 100), 100).Error(),
+              static_cast<std::uint32_t>(EINVAL));
+}
+
 TEST_F(VirtualPlatformTest, CancelEndsTheInterruptReadFromAnotherThread)
 {
     const auto connection = Open();
