@@ -90,12 +90,17 @@ void Instrument::SetCableListener(CableListener listener)
   cableListener_ = std::move(listener);
 }
 
-void Instrument::NotifyCable(bool plugged)
+// Tells the listener the cable's state as it is now, not as it was when it changed: a drop
+// reported late, behind a plug that followed it, must not take the socket away again.
+void Instrument::NotifyCable()
 {
+  std::lock_guard<std::mutex> notifying(cableMutex_);
   CableListener listener;
+  bool plugged = false;
   {
     std::lock_guard<std::mutex> lock(mutex_);
     listener = cableListener_;
+    plugged = plugged_;
   }
   if (listener) {
     listener(plugged);
@@ -181,7 +186,7 @@ TransferResult Instrument::Control(std::uint32_t connection, const std::vector<s
     }
   }
   if (dropped) {
-    NotifyCable(false);
+    NotifyCable();
   }
   return result;
 }
@@ -383,7 +388,7 @@ TransferResult Instrument::BulkRead(std::uint32_t connection, std::uint32_t leng
     }
   }
   if (dropped) {
-    NotifyCable(false);
+    NotifyCable();
   }
   return result;
 }
@@ -496,7 +501,7 @@ TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector
     }
   }
   if (dropped) {
-    NotifyCable(false);
+    NotifyCable();
   }
   return result;
 }
@@ -620,7 +625,7 @@ void Instrument::Unplug()
     }
     DropCableLocked();
   }
-  NotifyCable(false);
+  NotifyCable();
 }
 
 void Instrument::Plug()
@@ -635,7 +640,7 @@ void Instrument::Plug()
     cpld_.clear();
     keyLatch_ = false;
   }
-  NotifyCable(true);
+  NotifyCable();
 }
 
 std::string Instrument::StatusJson() const

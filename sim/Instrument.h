@@ -158,7 +158,7 @@ private:
   Connection* Live(std::uint32_t connection);
   std::optional<TransferResult> Prelude(std::uint32_t connection, bool& dropped);
   void DropCableLocked();
-  void NotifyCable(bool plugged);
+  void NotifyCable();
   TransferResult Refuse(TransferStatus status, const std::string& note);
 
   TransferResult ControlLocked(Connection& connection, const std::vector<std::uint8_t>& setup,
@@ -178,6 +178,7 @@ private:
   void BreakLogFile(std::uint16_t id);
 
   mutable std::mutex mutex_;
+  std::mutex cableMutex_;
   std::condition_variable changed_;
   CableListener cableListener_;
   const std::uint32_t serial_;
