@@ -1,0 +1,7 @@
+#include "driver/LowLevelDriver.h"
+
+namespace DeviceDriver {
+
+LowLevelDriver::~LowLevelDriver() = default;
+
+}
