@@ -2,10 +2,13 @@
 
 #include <cmath>
 
+#include "cmetry/ColorDifference.h"
 #include "cmetry/ColorSpaceConversion.h"
+#include "cmetry/ColorTemperatureFinder.h"
 #include "cmetry/ColorSpaceKeyword.h"
 #include "cmetry/ExceptionCMetry.h"
 #include "cmetry/RGBConversion.h"
+#include "cmetry/SpectrumFit.h"
 #include "cmetry/SpectrumToColorSpace.h"
 #include "cmetry/TranslatedMessage.h"
 #include "cmetry/Tristimulus.h"
@@ -185,6 +188,35 @@ HvColorVector CMetryCalculator::GetDeltaVector(const HvColorVector& vector1, con
     }
     return HvColorVector(static_cast<float>(deltaL), static_cast<float>(deltaC), static_cast<float>(deltaH),
                          WithColorSpace(vector1.GetConditions(), deltaColorSpace));
+}
+
+float CMetryCalculator::GetDeltaE(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
+                                  const HvMeasureConditions& conditions, float p1, float p2, float p3)
+{
+    return ColorDifference::GetDeltaE(spectrum1, spectrum2, conditions, p1, p2, p3);
+}
+
+float CMetryCalculator::GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2,
+                                  float p3)
+{
+    return ColorDifference::GetDeltaE(vector1, vector2, p1, p2, p3);
+}
+
+float CMetryCalculator::GetMetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
+                                           const HvMeasureConditions& conditions,
+                                           const IlluminationTYPE& illumination)
+{
+    return ColorDifference::GetMetamerismIndex(spectrum1, spectrum2, conditions, illumination);
+}
+
+float CMetryCalculator::GetColorTemperature(const HvSpectrum& spectrum)
+{
+    return ColorTemperatureFinder().GetColorTemperature(spectrum);
+}
+
+HvSpectrum CMetryCalculator::GetSpectrum(const HvColorVector& vector)
+{
+    return SpectrumFit::GetSpectrum(vector);
 }
 
 }

@@ -3,6 +3,7 @@
 #include "cmetry/HvColorVector.h"
 #include "cmetry/HvMeasureConditions.h"
 #include "cmetry/HvSpectrum.h"
+#include "cmetry/IlluminationTYPE.h"
 #include "utilities/String.h"
 
 namespace CMetry {
@@ -24,6 +25,17 @@ public:
     // Delta L, delta C and the signed delta H of two vectors in "CIELab", "CIELuv" or "LABmg",
     // typed "CIELCh", "CIELChuv" or "LCHmg"; another colour space fails with "CMetryCalculator".
     static HvColorVector GetDeltaVector(const HvColorVector& vector1, const HvColorVector& vector2);
+
+    // Colour differences, the colour temperature and the spectrum of a colour are told beside
+    // their own classes; the front answers them as it answers the rest.
+    static float GetDeltaE(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
+                           const HvMeasureConditions& conditions, float p1, float p2, float p3);
+    static float GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2,
+                           float p3);
+    static float GetMetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
+                                    const HvMeasureConditions& conditions, const IlluminationTYPE& illumination);
+    static float GetColorTemperature(const HvSpectrum& spectrum);
+    static HvSpectrum GetSpectrum(const HvColorVector& vector);
 };
 
 }
