@@ -103,7 +103,7 @@ String Directory_PC::ProgramDirectory()
     }
 }
 
-// Where this system keeps the user's settings, after the base directory specification:
+// Where this system keeps the user's settings, by the desktop's rule for configuration folders:
 // $XDG_CONFIG_HOME when it is an absolute path, else ~/.config.
 String Directory_PC::SettingsDirectory()
 {
