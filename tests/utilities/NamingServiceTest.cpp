@@ -84,7 +84,8 @@ std::set<std::string> NamesOf(ComponentDescriptorIterator found)
 // a creator that is left out of the link or never constructed shows here.
 TEST(NamingServiceTest, EveryComponentOfTheModuleResolves)
 {
-    for (const char* name : {"MutexImplementation", "ThreadImplementation"}) {
+    for (const char* name : {"Preferences", "LanguageService", "MutexImplementation", "ThreadImplementation",
+                             "PaviloFunctionality", "PaviloLowLevelDriver"}) {
         EXPECT_FALSE(Resolved(name).IsNull()) << name;
     }
     EXPECT_FALSE(Resolved("NamingServiceTest.Normal").IsNull());
