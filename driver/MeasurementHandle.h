@@ -1,0 +1,103 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "driver/ConfigurationData.h"
+#include "driver/DriverCalculation.h"
+#include "driver/LowLevelDriver.h"
+#include "driver/SensorData.h"
+#include "driver/SensorDataFifo.h"
+#include "driver/SpectrumData.h"
+#include "driver/SpectrumDataFifo.h"
+#include "utilities/Observer.h"
+#include "utilities/SmartPointer.h"
+#include "utilities/String.h"
+#include "utilities/Vector.h"
+
+namespace Utilities {
+class Exception;
+}
+
+namespace DeviceDriver {
+
+// One way of using the instrument, as the instrument layer sees it. A handle keeps its own copy
+// of the measure conditions, its calculation and the last sample, and knows the steps of each of
+// its measurement types. Operations that answer bool leave the reason of a false answer in
+// GetLastError. A handle is used by one client thread at a time, under Lock; the driver tells it
+// of a lost connection on a notifier thread.
+class MeasurementHandle : public Utilities::Observer<long> {
+public:
+    static constexpr long lostConnectionEvent = 1;
+
+    MeasurementHandle();
+    MeasurementHandle(const MeasurementHandle&) = delete;
+    MeasurementHandle& operator=(const MeasurementHandle&) = delete;
+    ~MeasurementHandle() override;
+
+    // Only marks a lost connection: the client thread closes and reopens at its next operation.
+    void Update(Utilities::Observee<long>* source, long event) override;
+
+    virtual bool Measure(const Utilities::String& type) = 0;
+    virtual bool Calibrate() = 0;
+    virtual bool GetScan(SpectrumDataFifo*& fifo);
+    virtual bool GetResult(SpectrumData& target);
+    virtual bool GetConditions(ConfigurationData& map, bool read);
+    virtual bool SetConditions(ConfigurationData& map, bool write);
+    virtual bool Connect(const Utilities::String& connection);
+    virtual bool Open();
+    virtual bool Close();
+    virtual Utilities::String GetLastError();
+    virtual bool GetState(uint16_t id, long& value);
+    virtual Utilities::String GetMode() = 0;
+    // These raise ExceptionOutOfBound; they are steps of the operations above.
+    virtual void MeasureSensor(SensorData& sensor);
+    virtual void MeasureStrip(SensorDataFifo& fifo);
+    virtual Utilities::Vector<long>& MeasureDark(Utilities::Vector<long>& row);
+    // Reopens a handle that has a connection but lost its place at the driver.
+    virtual bool IsOpen();
+
+    // The lock of the connection, shared by all handles of it in every process.
+    bool Lock();
+    void Unlock();
+
+    ConfigurationData& Conditions() { return conditions; }
+
+protected:
+    static const char* const noError;
+    static const char* const notOpen;
+    static const char* const handleNotOpen;
+
+    void SetLastError(const Utilities::String& text) { lastError = text; }
+    void SetLastError(const Utilities::Exception& failure);
+    // Raises ExceptionOutOfBound "Measurement handle is not open!" when IsOpen is false.
+    void RequireOpen();
+    // Sets a condition item, marks it to go to the instrument before the next measurement.
+    void SetConditionU32(uint16_t id, uint32_t value);
+    void SetConditionFloat(uint16_t id, float value);
+    uint32_t ConditionU32(uint16_t id) const;
+    float ConditionFloat(uint16_t id) const;
+    // Raises ExceptionOutOfBound with the text, translated.
+    [[noreturn]] static void Raise(const Utilities::String& text);
+    static void Sleep(uint32_t milliseconds);
+    bool IsAttached() const;
+
+    bool conditionsChanged = true;
+    Utilities::String lastError;
+    SpectrumDataFifo sampleFifo;
+    Utilities::SmartPointer<DriverCalculation> calculation;
+    SpectrumData sample;
+    Utilities::SmartPointer<LowLevelDriver> driver;
+    Utilities::String connection;
+    ConfigurationData conditions;
+
+private:
+    void ReopenAfterLostConnection();
+    void SendChangedConditions();
+    void SendConditionsBeforeDetach();
+    void RestoreLampItems(uint32_t lampOff, uint32_t replacementCount);
+
+    std::atomic<bool> connectionLost{false};
+};
+
+}
