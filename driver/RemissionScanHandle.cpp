@@ -1,0 +1,135 @@
+#include "driver/RemissionScanHandle.h"
+
+#include "utilities/ExceptionOutOfBound.h"
+
+namespace DeviceDriver {
+
+namespace {
+
+constexpr uint32_t whiteRepeats = 4;
+constexpr float halfLevel = 0.5f;
+constexpr float shortestStripTime = 0.012f;
+constexpr uint32_t countChangeSleepMs = 300;
+constexpr uint32_t settleSleepMs = 1000;
+
+}
+
+RemissionScanHandle::RemissionScanHandle() = default;
+
+RemissionScanHandle::~RemissionScanHandle() = default;
+
+bool RemissionScanHandle::Measure(const Utilities::String& type)
+{
+    if (!IsOpen()) {
+        SetLastError(handleNotOpen);
+        return false;
+    }
+    try {
+        MeasureType(type);
+    } catch (const Utilities::ExceptionOutOfBound& failure) {
+        SetLastError(failure);
+        return false;
+    }
+    SetLastError(noError);
+    return true;
+}
+
+bool RemissionScanHandle::Calibrate()
+{
+    if (!IsOpen()) {
+        SetLastError(handleNotOpen);
+        return false;
+    }
+    try {
+        CalibrationSteps();
+    } catch (const Utilities::ExceptionOutOfBound& failure) {
+        SetLastError(failure);
+        return false;
+    }
+    SetLastError(noError);
+    return true;
+}
+
+Utilities::String RemissionScanHandle::GetMode()
+{
+    return "RemissionScan";
+}
+
+void RemissionScanHandle::MeasureType(const Utilities::String& type)
+{
+    if (type == "Dark") {
+        Utilities::Vector<long> darkRow;
+        MeasureDark(darkRow);
+    } else if (type == "White") {
+        if (!Calibrate()) {
+            throw Utilities::ExceptionOutOfBound(GetLastError());
+        }
+    } else if (type == "Scan") {
+        Scan();
+    } else {
+        Raise("Unknown measurement type");
+    }
+}
+
+void RemissionScanHandle::Scan()
+{
+    SensorDataFifo strip;
+    sampleFifo.Clear();
+    sampleFifo.SetFinished(false);
+    calculation->ResetWhite();
+    Utilities::Vector<long> darkRow;
+    MeasureDark(darkRow);
+    MeasureStrip(strip);
+    CalculateStrip(strip);
+}
+
+void RemissionScanHandle::CalculateStrip(SensorDataFifo& strip)
+{
+    SensorData sensor;
+    SpectrumData spectrum;
+    while (strip.Size() > 0 || !strip.IsFinished()) {
+        spectrum = SpectrumData();
+        // Filled on this thread before: an empty FIFO that isn't finished never fills.
+        if (!strip.Pop(sensor)) {
+            Raise("Invalid data fifo");
+        }
+        calculation->CalculateSample(sensor, spectrum, "Remission");
+        sampleFifo.Push(spectrum);
+    }
+    sampleFifo.SetFinished(true);
+}
+
+void RemissionScanHandle::CalibrationSteps()
+{
+    const bool adapt = ConditionU32(adaptItem) != 0;
+    const uint32_t count = ConditionU32(countItem);
+    SetConditionU32(countItem, whiteRepeats);
+    Sleep(countChangeSleepMs);
+    if (adapt) {
+        AdaptToHalfLevel();
+    }
+    Utilities::Vector<long> darkRow;
+    MeasureDark(darkRow);
+    SetConditionU32(countItem, count);
+    SensorData sensor;
+    MeasureSensor(sensor);
+    uint16_t filter = 0;
+    calculation->CalculateWhite(sensor, filter, false, halfLevel);
+    driver->SetState(filterState, filter);
+}
+
+void RemissionScanHandle::AdaptToHalfLevel()
+{
+    const float shortest = calculation->MinIntegrationTime();
+    SetConditionFloat(integrationTimeItem, shortest);
+    SensorData probe;
+    MeasureSensor(probe);
+    float time = calculation->NewIntegrationTime(probe, shortest, halfLevel, true);
+    if (time < shortestStripTime) {
+        time = shortestStripTime;
+    }
+    SetConditionFloat(integrationTimeItem, time);
+    Sleep(settleSleepMs);
+}
+
+}
