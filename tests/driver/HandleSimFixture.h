@@ -1,0 +1,66 @@
+#pragma once
+// Handles on the virtual instrument: a connected, open handle and the few condition items the
+// tests change.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "driver/ConfigurationData.h"
+#include "driver/SpectrumData.h"
+#include "tests/driver/PaviloSimFixture.h"
+
+namespace DeviceDriverTest {
+
+class HandleSimFixture : public PaviloSimFixture {
+protected:
+    template<class Handle>
+    void OpenOnSim(Handle& handle)
+    {
+        ASSERT_TRUE(handle.Connect(sim.Path().c_str())) << handle.GetLastError().ToStdString();
+        ASSERT_TRUE(handle.Open()) << handle.GetLastError().ToStdString();
+    }
+
+    template<class Handle>
+    void SetItem(Handle& handle, std::uint16_t id, std::uint32_t value)
+    {
+        DeviceDriver::ConfigurationData conditions;
+        ASSERT_TRUE(handle.GetConditions(conditions, false));
+        conditions.SetU32(id, value);
+        conditions.Mark(id, true);
+        ASSERT_TRUE(handle.SetConditions(conditions, false));
+    }
+
+    template<class Handle>
+    float FloatItem(Handle& handle, std::uint16_t id)
+    {
+        DeviceDriver::ConfigurationData conditions;
+        EXPECT_TRUE(handle.GetConditions(conditions, false));
+        float value = 0.0f;
+        conditions.GetFloat(id, value);
+        return value;
+    }
+
+    template<class Handle>
+    std::uint32_t U32Item(Handle& handle, std::uint16_t id)
+    {
+        DeviceDriver::ConfigurationData conditions;
+        EXPECT_TRUE(handle.GetConditions(conditions, false));
+        std::uint32_t value = 0;
+        conditions.GetU32(id, value);
+        return value;
+    }
+
+    void Place(const std::string& target) { sim.Command({"place", target}); }
+
+    // Restarts the instrument with these start options.
+    void Restart(const std::vector<std::string>& options)
+    {
+        sim.Run({"stop"});
+        std::vector<std::string> arguments = {"start", "--time-scale", "0"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        sim.Command(arguments);
+    }
+};
+
+}
