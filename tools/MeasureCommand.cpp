@@ -1,0 +1,78 @@
+#include "tools/MeasureCommand.h"
+
+#include "tools/CalibrateCommand.h"
+#include "tools/Instrument.h"
+#include "tools/MeasurementReader.h"
+#include "tools/PersonHand.h"
+#include "tools/ReportOutput.h"
+#include "tools/SpectrumFile.h"
+
+namespace OrbelCli {
+
+std::string MeasureCommand::Summary() const
+{
+    return "Measures one spot and shows its spectrum (380 to 730 nm), tristimulus values (CIEXYZ, CIELab) and,\n"
+           "given a paper white, its densities. Emission (a display) and ambient light are measured with the\n"
+           "lamp off, after a dark reading on the tile, and report luminance and colour temperature.";
+}
+
+std::string MeasureCommand::Examples() const
+{
+    return "  orbel measure                                  # reflectance, D65, 2 degree observer\n"
+           "  orbel measure --illuminant D50 --observer TenDegree --colour-space CIELCh\n"
+           "  orbel measure --substrate paper.txt --density-standard ANSIT\n"
+           "  orbel measure --mode emission --format json   # a display\n"
+           "  orbel measure --format cgats --plot spot.svg --no-wait > spot.cgats\n";
+}
+
+std::vector<OptionSpec> MeasureCommand::Options() const
+{
+    std::vector<OptionSpec> options{
+        {"--mode", true, "MODE", "reflectance (default), emission or ambient"},
+        {"--id", true, "NAME", "the sample's name in the output (default 1)"},
+        {"--substrate", true, "FILE", "the paper white for densities (see orbel substrate)"},
+    };
+    for (const auto& more : {MeasurementReader::Options(), ReportOutput::FormatOptions(), ReportOutput::PromptOptions()}) {
+        options.insert(options.end(), more.begin(), more.end());
+    }
+    return options;
+}
+
+int MeasureCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream& messages)
+{
+    const std::string mode = arguments.Choice("--mode", "reflectance", {"reflectance", "emission", "ambient"});
+    const bool reflectance = mode == "reflectance";
+    ColourOptions colour = MeasurementReader::FromArguments(arguments);
+    if (!reflectance && !colour.illuminant) {
+        colour.illuminant = "Emission";
+    }
+    const MeasurementReader reader(colour);
+    ReportOutput::Validate(arguments);
+    PersonHand person;
+    const KeyPrompt prompt = ReportOutput::Prompt(arguments, messages, person);
+    const auto substrate = arguments.Get("--substrate");
+    const Spectrum paper = substrate ? SpectrumFile::Read(*substrate) : Spectrum{};
+
+    Instrument::RequireConnection();
+    Instrument::SetOption("MeasurementMode", CalibrateCommand::ModeName(mode));
+    reader.ApplyOptions();
+    if (substrate) {
+        Instrument::SetSubstrate(paper);
+    }
+    if (!reflectance) {
+        prompt.Await("Place the instrument on its white tile for the dark reading and press the measurement key.");
+        Instrument::Calibrate();
+    }
+    prompt.Await(reflectance ? "Place the instrument on the sample and press the measurement key."
+                 : mode == "emission" ? "Hold the instrument against the display and press the measurement key."
+                                      : "Point the instrument at the light and press the measurement key.");
+    Instrument::Trigger();
+    MeasurementReport report = reader.Read({arguments.Value("--id", "1")}, reflectance);
+    if (!reflectance) {
+        ReportOutput::AddLightNotes(report);
+    }
+    ReportOutput::Emit(report, arguments, out, messages);
+    return 0;
+}
+
+}

@@ -1,0 +1,17 @@
+#include "tools/platform/UtcClock.h"
+
+#include <ctime>
+
+namespace OrbelCli {
+
+std::string UtcClock::Now()
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    gmtime_r(&now, &utc);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    return text;
+}
+
+}
