@@ -9,6 +9,7 @@
 
 #include "utilities/Anything.h"
 #include "utilities/ComponentCreatorBase.h"
+#include "utilities/Directory.h"
 #include "utilities/ExceptionDllLoader.h"
 #include "utilities/ExceptionNamingService.h"
 
@@ -71,7 +72,8 @@ void NamingService::DestroyInstance()
 
 NamingService::NamingService() = default;
 
-// The named instances go first, then the creators are asked to prepare for unloading.
+// The named instances go first, then the creators are asked to prepare for unloading, and then
+// the plug-in modules are unloaded while the creators they remove are still known.
 NamingService::~NamingService()
 {
     std::map<std::string, SmartPointer<Component>> released;
@@ -81,6 +83,7 @@ NamingService::~NamingService()
     }
     released.clear();
     PrepareCreatorsForUnload();
+    UnloadPlugins();
 }
 
 void NamingService::Resolve(const std::string& name, SmartPointer<Component>& result)
@@ -110,6 +113,7 @@ void NamingService::AddCreator(ComponentCreatorBase* creator)
     const auto entered = creators.find(name);
     if (entered == creators.end()) {
         creators.emplace(name, creator);
+        creatorAdded = true;
     } else if (VersionOf(entered->second->GetDescriptor()) < VersionOf(descriptor)) {
         entered->second = creator;
     }
@@ -163,12 +167,71 @@ std::string NamingService::NameOf(const ComponentDescriptor& descriptor)
 // Runs once per process, on the first request; a thread that comes meanwhile waits for it.
 void NamingService::ScanPluginsOnce()
 {
-    std::call_once(initialised, [this] { ScanPlugins(); });
+    if (initialised.load(std::memory_order_acquire)) {
+        return;
+    }
+    std::lock_guard<std::recursive_mutex> guard(scanning);
+    if (scanStarted) {
+        return;
+    }
+    scanStarted = true;
+    ScanPlugins();
+    initialised.store(true, std::memory_order_release);
 }
 
-// Plug-in modules would register further creators here. This module loads none yet, so the
-// scan finds nothing.
-void NamingService::ScanPlugins() {}
+// Whatever goes wrong ends the scan quietly: without plug-ins the module works all the same.
+void NamingService::ScanPlugins()
+{
+    try {
+        LoadPlugins(*Directory::Create(Directory::DirectoryApplication));
+    } catch (...) {
+    }
+}
+
+void NamingService::LoadPlugins(const Directory& directory)
+{
+    const std::vector<SmartPointer<Directory>> pluginDirectories = directory.GetSubdirectories("plugins");
+    if (pluginDirectories.empty()) {
+        return;
+    }
+    for (const SmartPointer<File>& file : pluginDirectories.front()->GetFiles("*", "so")) {
+        try {
+            LoadPlugin(file);
+        } catch (const ExceptionNamingService&) {
+        }
+    }
+}
+
+// Only a new name counts, not what the loader answers: a module that loaded but brought nothing
+// new is unloaded with its loader.
+void NamingService::LoadPlugin(const SmartPointer<File>& file)
+{
+    const SmartPointer<DllLoader> loader = DllLoader::Create(*this);
+    {
+        std::lock_guard<std::mutex> guard(lock);
+        creatorAdded = false;
+    }
+    loader->Load(file);
+    std::lock_guard<std::mutex> guard(lock);
+    if (!creatorAdded) {
+        throw ExceptionNamingService("NamingService: " + file->GetName().ToStdString() +
+                                     " is not a valid plugin DLL.");
+    }
+    loaders.push_back(loader);
+}
+
+// The modules go in the reverse order of their loading; their creators leave as they go.
+void NamingService::UnloadPlugins()
+{
+    std::vector<SmartPointer<DllLoader>> loaded;
+    {
+        std::lock_guard<std::mutex> guard(lock);
+        loaded.swap(loaders);
+    }
+    while (!loaded.empty()) {
+        loaded.pop_back();
+    }
+}
 
 ComponentCreatorBase* NamingService::FindCreator(const std::string& name)
 {

@@ -1,0 +1,7 @@
+#include "utilities/ComponentRegistry.h"
+
+namespace Utilities {
+
+ComponentRegistry::~ComponentRegistry() = default;
+
+}

@@ -1,0 +1,7 @@
+#include "utilities/DllLoaderBase.h"
+
+namespace Utilities {
+
+DllLoaderBase::~DllLoaderBase() = default;
+
+}
