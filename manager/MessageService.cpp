@@ -1,0 +1,7 @@
+#include "manager/MessageService.h"
+
+namespace GUI {
+
+MessageService::~MessageService() = default;
+
+}
