@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "driver/CpldProgramRegistry.h"
 #include "driver/ExceptionPaviloCommunication.h"
 #include "driver/PaviloCalibrationStore.h"
 #include "driver/PaviloLogStore.h"
@@ -13,6 +14,7 @@
 #include "utilities/ComponentCreatorNormal.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/ExceptionResourceNotAvailable.h"
+#include "utilities/LanguageTranslator.h"
 
 namespace DeviceDriver {
 
@@ -50,6 +52,7 @@ enum ItemId : std::uint16_t {
     WrapThreshold = 2020,
     StoredCondition = 3010,
     ReplacementCount = 9189,
+    CpldProgram = 20000,
     SerialNumber = 1211,
     LastIntegrationTime = 10001,
     LampMeasurements = 10002,
@@ -73,6 +76,11 @@ constexpr std::uint8_t NotEnoughPower = 8;
 constexpr int PowerPolls = 20;
 constexpr std::uint32_t PowerPollMilliseconds = 100;
 constexpr std::uint32_t FilterWithByte6Replaced = 2;
+
+String Translated(const char* english)
+{
+    return Utilities::LanguageTranslator().Translate(String(english));
+}
 
 bool IsMiscItem(std::uint16_t id)
 {
@@ -230,8 +238,26 @@ void PaviloLowLevelDriver::HandleSet(ConfigurationData& conditions, std::uint16_
         WriteMeasureParameters(conditions);
     } else if (id == ResetItem) {
         functionality.Reset(static_cast<std::uint16_t>(U32Of(conditions, ResetItem)));
+    } else if (id == CpldProgram) {
+        RunCpldProgram(U32Of(conditions, CpldProgram));
     } else if (id == StoredCondition) {
         WriteStoredItem(conditions, id);
+    }
+}
+
+void PaviloLowLevelDriver::RunCpldProgram(std::uint32_t number)
+{
+    Timing_PC timing;
+    for (const CpldStep& step : CpldProgramRegistry::Find(number)) {
+        functionality.WriteCPLD(step.a, step.b, step.c);
+        if (step.verify != 0) {
+            std::uint16_t value = 0;
+            functionality.ReadCPLD(value);
+            if ((value & step.mask) != (step.expected & step.mask)) {
+                throw ExceptionOutOfBound(Translated("CPLD Error: Programming failed"));
+            }
+        }
+        timing.Sleep(step.delayMicroseconds / 1000);
     }
 }
 
@@ -322,7 +348,8 @@ Utilities::SmartPointer<LowLevelDriver::Bytes> PaviloLowLevelDriver::ReadFile(st
 {
     Utilities::SmartPointer<Bytes> file(new Bytes);
     std::uint16_t size = 0;
-    const String prefix = String("EEPROM Error (ID ") + String(static_cast<long>(id)) + String("): ");
+    String prefix = Translated("EEPROM Error (ID %VALUE%): ");
+    prefix.Replace("%VALUE%", String(static_cast<long>(id)));
     try {
         eeprom->ReadFile(id, *file, size);
     } catch (const ExceptionPaviloCommunication& failure) {
@@ -337,7 +364,7 @@ Utilities::SmartPointer<LowLevelDriver::Bytes> PaviloLowLevelDriver::ReadFile(st
 
 void PaviloLowLevelDriver::WriteFile()
 {
-    throw ExceptionOutOfBound("Function not available");
+    throw ExceptionOutOfBound(Translated("Function not available"));
 }
 
 void PaviloLowLevelDriver::Measure(SensorData& sensor, ConfigurationData& conditions)
@@ -505,7 +532,7 @@ void PaviloLowLevelDriver::SetState(std::uint16_t id, long value)
         filterState = static_cast<std::uint32_t>(value);
         break;
     default:
-        throw ExceptionOutOfBound("Unable to set requested state");
+        throw ExceptionOutOfBound(Translated("Unable to set requested state"));
     }
 }
 
@@ -536,7 +563,7 @@ bool PaviloLowLevelDriver::Open(const String& connection)
 {
     filterState = 0;
     if (!functionality.OpenDevice(connection)) {
-        throw ExceptionOutOfBound("Unable to open the device");
+        throw ExceptionOutOfBound(Translated("Unable to open the device"));
     }
     try {
         try {
@@ -546,7 +573,7 @@ bool PaviloLowLevelDriver::Open(const String& connection)
             try {
                 functionality.Reset(ResetOpen);
             } catch (const ExceptionPaviloCommunication&) {
-                throw ExceptionOutOfBound(String("No communication to the device: ") + *failure.Text());
+                throw ExceptionOutOfBound(Translated("No communication to the device: ") + *failure.Text());
             }
         }
         PaviloLogStore(*eeprom, functionality).Load(*logData);
@@ -577,7 +604,7 @@ void PaviloLowLevelDriver::CheckPower()
         functionality.GetMISC(byte6, word0, status, word1, word2);
     }
     if (status == NotEnoughPower) {
-        throw ExceptionOutOfBound("Not enough power available");
+        throw ExceptionOutOfBound(Translated("Not enough power available"));
     }
 }
 
@@ -621,7 +648,7 @@ void PaviloLowLevelDriver::RaiseAfterReset(std::uint16_t code, const char* prefi
                                            const Utilities::Exception& failure)
 {
     ResetIgnoringFailure(code);
-    throw ExceptionOutOfBound(String(prefix) + *failure.Text());
+    throw ExceptionOutOfBound(Translated(prefix) + *failure.Text());
 }
 
 }

@@ -63,6 +63,8 @@ private:
     void ReadMeasureParameters(ConfigurationData& conditions);
     void WriteMeasureParameters(ConfigurationData& conditions);
     void WriteStoredItem(const ConfigurationData& conditions, std::uint16_t id);
+    // The program that the number names in the CpldProgramRegistry, step by step.
+    void RunCpldProgram(std::uint32_t number);
     void HandleGet(ConfigurationData& conditions, std::uint16_t id);
     void HandleSet(ConfigurationData& conditions, std::uint16_t id);
     void RequestMeasurement(std::uint8_t* buffer, std::uint32_t size, std::uint32_t wait);
