@@ -1,0 +1,7 @@
+#include "manager/pavilo/Recognition.h"
+
+namespace HviManager::PaviloDriver {
+
+Recognition::~Recognition() = default;
+
+}
