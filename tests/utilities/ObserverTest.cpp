@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -107,7 +108,7 @@ TEST(ObserverTest, ObserverThatDetachesItselfDoesNotDisturbTheOthers)
     EXPECT_EQ(calls, (Calls{{1, 1}, {2, 1}, {3, 1}, {1, 2}, {3, 2}}));
 }
 
-TEST(ObserverTest, ObserversChangedDuringTheWalkCountFromTheNextNotification)
+TEST(ObserverTest, RemovedObserversAreLeftOutAtOnceAddedOnesFromTheNextNotification)
 {
     Calls calls;
     RecordingObserver first(calls, 1);
@@ -120,9 +121,43 @@ TEST(ObserverTest, ObserversChangedDuringTheWalkCountFromTheNextNotification)
     first.removeOnUpdate = &second;
 
     source.NotifyObservers(1);
-    EXPECT_EQ(calls, (Calls{{1, 1}, {2, 1}}));
+    EXPECT_EQ(calls, (Calls{{1, 1}}));
     source.NotifyObservers(2);
-    EXPECT_EQ(calls, (Calls{{1, 1}, {2, 1}, {1, 2}, {3, 2}}));
+    EXPECT_EQ(calls, (Calls{{1, 1}, {1, 2}, {3, 2}}));
+}
+
+TEST(ObserverTest, RemovingWaitsForACallUnderWayOnAnotherThread)
+{
+    class SlowObserver : public Observer<long> {
+    public:
+        void Update(Observee<long>*, long) override
+        {
+            entered = true;
+            while (!released) {
+                std::this_thread::yield();
+            }
+        }
+        std::atomic<bool> entered{false};
+        std::atomic<bool> released{false};
+    };
+    SlowObserver slow;
+    Observee<long> source;
+    source.AddObserver(&slow);
+    std::thread notifier([&] { source.NotifyObservers(1); });
+    while (!slow.entered) {
+        std::this_thread::yield();
+    }
+    std::atomic<bool> removed{false};
+    std::thread remover([&] {
+        source.RemoveObserver(&slow);
+        removed = true;
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_FALSE(removed);
+    slow.released = true;
+    remover.join();
+    notifier.join();
+    EXPECT_TRUE(removed);
 }
 
 TEST(ObserverTest, NotifiersAndClientsMayWorkOnOneObserveeAtOnce)
