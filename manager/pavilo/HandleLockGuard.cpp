@@ -1,0 +1,38 @@
+#include "manager/pavilo/HandleLockGuard.h"
+
+#include "manager/ExceptionHviModule.h"
+
+namespace HviManager::PaviloDriver {
+
+HandleLockGuard::HandleLockGuard(DeviceDriver::MeasurementHandle& handle) : handle(handle), held(false) {}
+
+HandleLockGuard::~HandleLockGuard()
+{
+    if (held) {
+        handle.Unlock();
+    }
+}
+
+bool HandleLockGuard::Acquire()
+{
+    held = handle.Lock();
+    return held;
+}
+
+void HandleLockGuard::Adopt()
+{
+    held = true;
+}
+
+void HandleLockGuard::KeepHeld()
+{
+    held = false;
+}
+
+void HandleLockGuard::FailWithLastError()
+{
+    // Read before the lock goes, so that no other thread's failure takes its place.
+    throw ExceptionHviModule(handle.GetLastError());
+}
+
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "driver/MeasurementHandle.h"
+
+namespace HviManager::PaviloDriver {
+
+// The lock of a measurement handle for the span of one interface operation. Whatever way the
+// operation leaves, exceptions included, the lock goes with the guard, unless the operation hands
+// it on to the fetch of its result.
+class HandleLockGuard {
+public:
+    explicit HandleLockGuard(DeviceDriver::MeasurementHandle& handle);
+    ~HandleLockGuard();
+    HandleLockGuard(const HandleLockGuard&) = delete;
+    HandleLockGuard& operator=(const HandleLockGuard&) = delete;
+
+    // False when the lock wasn't had within the handle's time-out.
+    bool Acquire();
+    // Takes over the lock that an earlier operation of this thread left held.
+    void Adopt();
+    // Leaves the lock held beyond the guard, for the operation that fetches the result.
+    void KeepHeld();
+    // Throws the handle's last error as an ExceptionHviModule; the lock goes on the way out.
+    [[noreturn]] void FailWithLastError();
+
+private:
+    DeviceDriver::MeasurementHandle& handle;
+    bool held;
+};
+
+}
