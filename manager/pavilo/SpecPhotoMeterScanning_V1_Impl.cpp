@@ -1,0 +1,210 @@
+#include "manager/pavilo/SpecPhotoMeterScanning_V1_Impl.h"
+
+#include "cmetry/HvSpectrum.h"
+#include "manager/ExceptionHviModule.h"
+#include "manager/pavilo/RecognitionMarvane.h"
+#include "utilities/ExceptionOutOfBound.h"
+#include "utilities/LanguageTranslator.h"
+
+namespace HviManager::PaviloDriver {
+
+using CMetry::HvMeasureConditions;
+using CMetry::HvSample;
+using DeviceDriver::ConfigurationData;
+using DeviceDriver::RemissionScanHandle;
+using DeviceDriver::SpectrumData;
+using Utilities::SmartPointer;
+
+namespace {
+
+constexpr uint16_t stateFilter = 30005;
+constexpr long filterUVCut = 2;
+constexpr float lampSeconds = 0.15028f;
+
+void SetU32(ConfigurationData& items, uint16_t id, uint32_t value)
+{
+    items.SetU32(id, value);
+    items.Mark(id, true);
+}
+
+void SetFloat(ConfigurationData& items, uint16_t id, float value)
+{
+    items.SetFloat(id, value);
+    items.Mark(id, true);
+}
+
+// Ten readings a position unless the client gives its own count, which the instrument takes
+// from item 9189.
+void SetScanItems(ConfigurationData& items, int32_t count)
+{
+    SetFloat(items, 2001, lampSeconds);
+    SetU32(items, 2010, 10);
+    SetU32(items, 2003, 0);
+    SetU32(items, 2000, 0);
+    SetU32(items, 2002, 1);
+    SetU32(items, 2008, 1);
+    SetU32(items, 2011, 0);
+    SetU32(items, 9189, static_cast<uint32_t>(count));
+}
+
+// A hundred readings at an integration time that the instrument adapts.
+void SetCalibrationItems(ConfigurationData& items)
+{
+    SetFloat(items, 2001, lampSeconds);
+    SetFloat(items, 2009, 0.0204f);
+    SetU32(items, 2010, 100);
+    SetU32(items, 2003, 0);
+    SetU32(items, 2000, 0);
+    SetU32(items, 2002, 1);
+    SetU32(items, 2008, 0);
+    SetU32(items, 2011, 1);
+}
+
+Utilities::String Translated(const char* text)
+{
+    return Utilities::LanguageTranslator().Translate(text);
+}
+
+}
+
+SpecPhotoMeterScanning_V1_Impl::SpecPhotoMeterScanning_V1_Impl(SmartPointer<RemissionScanHandle> scanHandle)
+    : handle(scanHandle)
+{
+    conditions.SetCondition("Colorimetric.Illumination", "D50");
+}
+
+void SpecPhotoMeterScanning_V1_Impl::LockHandle(bool translateLockFailure)
+{
+    if (handle.IsNull()) {
+        throw ExceptionHviModule(Translated("Unable to access Pavilo"));
+    }
+    if (!handle->Lock()) {
+        const char* text = "Unable to Lock RemissionScanHandle of Pavilo";
+        throw ExceptionHviModule(translateLockFailure ? Translated(text) : Utilities::String(text));
+    }
+}
+
+void SpecPhotoMeterScanning_V1_Impl::FailWithHandleError()
+{
+    const Utilities::String text = handle->GetLastError();
+    handle->Unlock();
+    throw ExceptionHviModule(text);
+}
+
+void SpecPhotoMeterScanning_V1_Impl::Measure(int32_t count)
+{
+    LockHandle(true);
+    ConfigurationData items("PhysicalConditions");
+    bool done = handle->GetConditions(items, false);
+    if (done) {
+        SetScanItems(items, count);
+        done = handle->SetConditions(items, false);
+    }
+    if (!done || !handle->Measure("Scan")) {
+        FailWithHandleError();
+    }
+    scanData = SmartPointer<ScanData>();
+}
+
+bool SpecPhotoMeterScanning_V1_Impl::FetchScan()
+{
+    handle->Lock();
+    bool fetched = !scanData.IsNull();
+    DeviceDriver::SpectrumDataFifo* queue = nullptr;
+    if (!fetched && handle->GetScan(queue)) {
+        const auto length = static_cast<uint16_t>(queue->Size());
+        SmartPointer<ScanData> spectra(new ScanData(length));
+        unsigned long index = 0;
+        SpectrumData spectrum;
+        while (index < length && (!queue->IsEmpty() || !queue->IsFinished()) && queue->Pop(spectrum)) {
+            (*spectra)[index++] = spectrum;
+        }
+        scanData = spectra;
+        fetched = true;
+    }
+    handle->Unlock();
+    return fetched;
+}
+
+HvSample SpecPhotoMeterScanning_V1_Impl::SampleOf(const ScanData& spectra) const
+{
+    HvSample sample;
+    for (unsigned long index = 0; index < spectra.Size(); ++index) {
+        sample.Add(CMetry::HvSpectrum(spectra[index].Load(), conditions));
+    }
+    return sample;
+}
+
+HvSample SpecPhotoMeterScanning_V1_Impl::GetSamples()
+{
+    if (!FetchScan()) {
+        handle->Unlock();
+        throw Utilities::ExceptionOutOfBound("Invalid data");
+    }
+    const HvSample sample = SampleOf(*scanData);
+    handle->Unlock();
+    return sample;
+}
+
+// A recognition that fails leaves the raw scan in place for GetSamples.
+HvSample SpecPhotoMeterScanning_V1_Impl::GetRecognizedSamples()
+{
+    RecognitionMarvane recognition;
+    if (!FetchScan()) {
+        FailWithHandleError();
+    }
+    ScanData patches(0);
+    if (!recognition.Recognize(*scanData, patches)) {
+        handle->Unlock();
+        throw ExceptionHviModule("Recognition impossible");
+    }
+    const HvSample sample = SampleOf(patches);
+    handle->Unlock();
+    return sample;
+}
+
+void SpecPhotoMeterScanning_V1_Impl::Calibrate()
+{
+    LockHandle(false);
+    ConfigurationData items("PhysicalConditions");
+    bool done = handle->GetConditions(items, false);
+    if (done) {
+        SetCalibrationItems(items);
+        done = handle->SetConditions(items, false);
+    }
+    if (!done || !handle->Calibrate()) {
+        FailWithHandleError();
+    }
+    long filter = 0;
+    if (handle->GetState(stateFilter, filter) && filter == filterUVCut) {
+        conditions.SetCondition("Physical.Filter", "UVCut");
+    }
+    handle->Unlock();
+}
+
+HvMeasureConditions SpecPhotoMeterScanning_V1_Impl::GetConditions()
+{
+    return GetMeasureConditions();
+}
+
+void SpecPhotoMeterScanning_V1_Impl::SetConditions(const HvMeasureConditions& newConditions)
+{
+    SetMeasureConditions(newConditions);
+}
+
+Diagnostics::String SpecPhotoMeterScanning_V1_Impl::GetValueString()
+{
+    return Diagnostics::String();
+}
+
+HvMeasureConditions SpecPhotoMeterScanning_V1_Impl::GetMeasureConditions()
+{
+    return conditions;
+}
+
+void SpecPhotoMeterScanning_V1_Impl::SetMeasureConditions(const HvMeasureConditions& newConditions)
+{
+    conditions = newConditions;
+}
+
+}
