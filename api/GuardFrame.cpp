@@ -15,10 +15,15 @@ void GuardFrame::StoreSuccess()
     Orbel::Instance().SetLastError(OB_NoError, OrbelApiError::TextOf(OB_NoError));
 }
 
+// A pulled cable shows below in many texts, of which few say so; an instrument that is gone
+// after a failure is taken as the reason of it.
 void GuardFrame::StoreFailure(const Utilities::Exception& failure)
 {
-    const OrbelApiError error(failure);
+    OrbelApiError error(failure);
     Orbel& orbel = Orbel::Instance();
+    if (error.Code() == OB_ExceptionOccured && !orbel.IsConnected()) {
+        error = OrbelApiError(OB_DeviceNotConnected, *error.Text());
+    }
     if (error.Code() == OB_DeviceNotConnected) {
         orbel.ResetConnection();
     }

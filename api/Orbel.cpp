@@ -1,12 +1,31 @@
 #include "api/Orbel.h"
 
+#include <cstdlib>
 #include <mutex>
 
+#include "api/EmissionMeasurementDevice.h"
 #include "api/OrbelApiError.h"
+#include "api/ReflectanceMeasurementDevice.h"
+#include "cmetry/CMetryCalculator.h"
+#include "cmetry/Density.h"
+#include "cmetry/HvColorVector.h"
+#include "cmetry/PaperWhite.h"
 #include "include/orbel.h"
-#include "utilities/ExceptionResourceNotAvailable.h"
-#include "utilities/SmartPointer.h"
+#include "manager/SpecPhotoMeterEmission_V1.h"
+#include "manager/SpecPhotoMeterReflectance_V1.h"
+#include "manager/pavilo/Pavilo.h"
+#include "utilities/Anything.h"
+#include "utilities/ExceptionNullpointer.h"
+#include "utilities/ExceptionOutOfBound.h"
+#include "utilities/List.h"
+#include "utilities/Map.h"
 
+using CMetry::HvMeasureConditions;
+using CMetry::HvSpectrum;
+using HviManager::SpecPhotoMeterEmission_V1;
+using HviManager::SpecPhotoMeterReflectance_V1;
+using HviManager::SpecPhotoMeterScanning_V1;
+using Utilities::SmartPointer;
 using Utilities::String;
 
 namespace {
@@ -39,12 +58,70 @@ const char* NameOfMode(int32_t mode)
     return "";
 }
 
+// The keys of the public options. A key given in another case is handed to the conditions in
+// this form; keys outside the list are custom conditions and go as written.
+constexpr const char* optionKeys[] = {
+    "Colorimetric.Illumination",
+    "Colorimetric.Observer",
+    "Colorimetric.WhiteBase",
+    "Colorimetric.DensityStandard",
+    "Colorimetric.DensityFilterMode",
+    "Physical.Filter",
+    "Physical.NumberOfDataPointsSpectrum",
+    "Physical.WavelengthSpectrumMax",
+    "Physical.WavelengthSpectrumMin",
+    "ColorSpaceDescription.Type",
+    "ColorSpaceDescription.AbsoluteOrDeltaVector",
+    "ColorSpaceDescription.DeltaEFormula",
+    "CustomCondition",
+    "Orbel_NumberOfSamples",
+    "Orbel_Gain",
+    "Orbel_IntegrationTime",
+};
+
+String CanonicalOptionKey(const String& key)
+{
+    for (const char* option : optionKeys) {
+        if (Orbel::IsSameKey(key, option)) {
+            return String(option);
+        }
+    }
+    return key;
+}
+
+// The filters of OB_GetDensities, in the order of its array.
+constexpr const char* densityFilters[] = {"Cyan", "Magenta", "Yellow", "Black"};
+constexpr int32_t numberOfDensityFilters = 4;
+
 constexpr const char* moduleVersion = "1.0.5";
 constexpr const char* noDensityFilter = "not set";
+constexpr const char* processLockName = "Orbel C-SDK lock";
+constexpr const char* connected = "Connected";
+constexpr const char* notConnected = "device not connected!";
+constexpr const char* densityFilterModeKey = "Colorimetric.DensityFilterMode";
+constexpr int spectrumValues = HvSpectrum::numberOfValues;
+constexpr int tristimulusValues = 3;
+
+using ReflectanceDevice = ReflectanceMeasurementDevice<SpecPhotoMeterReflectance_V1>;
+using EmissionDevice = EmissionMeasurementDevice<SpecPhotoMeterEmission_V1>;
+using ScanningDevice = Scanner<SpecPhotoMeterScanning_V1>;
 
 const char* YesOrNo(bool answer)
 {
     return answer ? "yes" : "no";
+}
+
+SmartPointer<Orbel>& TheInstance()
+{
+    static SmartPointer<Orbel> instance;
+    return instance;
+}
+
+// Runs at exit ahead of the static objects that the instrument was built with, so that it
+// closes while they still stand.
+void DestroyInstance()
+{
+    TheInstance() = SmartPointer<Orbel>();
 }
 
 }
@@ -53,21 +130,43 @@ Orbel& Orbel::Instance()
 {
     // Hosts may make their first call from several threads at once; only one may create.
     static std::mutex creation;
-    static Utilities::SmartPointer<Orbel> instance;
     const std::lock_guard<std::mutex> lock(creation);
+    SmartPointer<Orbel>& instance = TheInstance();
     if (instance.IsNull()) {
-        instance = Utilities::SmartPointer<Orbel>(new Orbel());
+        Utilities::Mutex processLock{String(processLockName)};
+        if (processLock.Lock(0)) {
+            try {
+                instance = SmartPointer<Orbel>(new Orbel(processLock));
+            } catch (...) {
+                processLock.Unlock();
+                throw;
+            }
+            std::atexit(DestroyInstance);
+        }
+    }
+    if (instance.IsNull()) {
+        throw Utilities::ExceptionOutOfBound("Orbel aready in use by another process.");
     }
     return *instance;
 }
 
-Orbel::Orbel()
+Orbel::Orbel(const Utilities::Mutex& heldProcessLock)
     : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorCode(OB_NoError),
-      lastErrorText(), result()
+      lastErrorText(), substrateSet(false), instrument(new HviManager::PaviloDriver::Pavilo()), info(),
+      buttons(), devices(), result(), processLock(heldProcessLock)
 {
+    info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
+    Open();
 }
 
-Orbel::~Orbel() = default;
+Orbel::~Orbel()
+{
+    Close();
+    info = SmartPointer<HviManager::InstrumentInfo_V1>();
+    instrument->Close();
+    instrument = SmartPointer<HviManager::HviInstrument>();
+    processLock.Unlock();
+}
 
 bool Orbel::IsSameKey(const String& key, const char* name)
 {
@@ -110,6 +209,103 @@ const char* Orbel::GetResult() const
     return result.CString();
 }
 
+MeasurementDeviceInterface& Orbel::GetDevice()
+{
+    Open();
+    const auto device = devices.find(mode);
+    if (device == devices.end() || device->second.IsNull()) {
+        throw Utilities::ExceptionNullpointer("GetDevice(): device not found");
+    }
+    return *device->second;
+}
+
+template<class Interface>
+SmartPointer<Interface> Orbel::InterfaceOf(const char* name)
+{
+    return Utilities::SmartPointerCast<Interface>(instrument->GetInterface(String(name)));
+}
+
+// Without an instrument the interfaces are null and each device fails when it is used; buttons
+// stay null, so that the next call tries again.
+void Orbel::Open()
+{
+    if (!buttons.IsNull()) {
+        return;
+    }
+    instrument->Activate();
+    info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
+    buttons = InterfaceOf<HviManager::InstrumentButtons_V1>("InstrumentButtons_V1");
+    BuildDevices();
+}
+
+void Orbel::BuildDevices()
+{
+    devices.clear();
+    devices[singleEmission] =
+        SmartPointer<MeasurementDeviceInterface>(new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>(
+            "SpecPhotoMeterEmission_V1")));
+    devices[singleAmbientLight] =
+        SmartPointer<MeasurementDeviceInterface>(new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>(
+            "SpecPhotoMeterAmbientLight_V1")));
+    devices[singleReflectance] = SmartPointer<MeasurementDeviceInterface>(
+        new ReflectanceDevice(InterfaceOf<SpecPhotoMeterReflectance_V1>("SpecPhotoMeterReflectance_V1")));
+    devices[scanningReflectance] = SmartPointer<MeasurementDeviceInterface>(
+        new ScanningDevice(InterfaceOf<SpecPhotoMeterScanning_V1>("SpecPhotoMeterScanning_V1")));
+}
+
+void Orbel::Close()
+{
+    devices.clear();
+    buttons = SmartPointer<HviManager::InstrumentButtons_V1>();
+    instrument->Close();
+}
+
+void Orbel::ResetConnection()
+{
+    Close();
+    if (IsConnected()) {
+        Open();
+    }
+}
+
+void Orbel::ResetAll()
+{
+    ResetConnection();
+    mode = singleReflectance;
+    SetLastError(OB_NoError, OrbelApiError::TextOf(OB_NoError));
+    autoDensityFilter = String(noDensityFilter);
+    substrateSet = false;
+}
+
+bool Orbel::IsConnected()
+{
+    return GetInformation(String("Connection")) == String(connected);
+}
+
+bool Orbel::IsKeyPressed()
+{
+    if (!IsConnected()) {
+        throw OrbelApiError(OB_DeviceNotConnected);
+    }
+    Open();
+    const Utilities::Map<String, Utilities::Anything> states =
+        buttons->GetButtonStates(SmartPointer<Utilities::List<String>>());
+    return states.Find(String("MeasurementKey")).IsValid();
+}
+
+String Orbel::GetInformation(const String& key)
+{
+    if (info->GetInformation(String("Connection")) != String(connected)) {
+        Close();
+        return String(notConnected);
+    }
+    Open();
+    if (key == String("Connection")) {
+        return String(connected);
+    }
+    return info->GetInformation(key);
+}
+
 String Orbel::GetDeviceInfo(const String& key)
 {
     if (IsSameKey(key, "Version")) {
@@ -130,7 +326,7 @@ String Orbel::GetDeviceInfo(const String& key)
     if (IsSameKey(key, "AvailableSamples")) {
         return String(static_cast<long>(GetAvailableSamples()));
     }
-    if (IsSameKey(key, "Colorimetric.DensityFilterMode")) {
+    if (IsSameKey(key, densityFilterModeKey)) {
         return autoDensityFilter;
     }
     if (IsSameKey(key, "Connection")) {
@@ -148,7 +344,7 @@ void Orbel::SetMode(const String& value)
         }
     }
     if (IsSameKey(value, "Reset")) {
-        ResetDevice();
+        GetDevice().Reset();
     } else if (IsSameKey(value, "ResetAll")) {
         ResetAll();
     } else {
@@ -156,103 +352,138 @@ void Orbel::SetMode(const String& value)
     }
 }
 
-// Nothing is open while there is no instrument layer, so there is nothing to close or reopen.
-void Orbel::ResetConnection()
+void Orbel::SetOption(const String& key, const String& value)
 {
+    if (IsSameKey(key, "Recognition")) {
+        GetScanner().SetRecognition(IsSameKey(value, "yes"));
+        return;
+    }
+    GetDevice().SetOption(CanonicalOptionKey(key).CString(), value.CString());
 }
 
-void Orbel::ResetAll()
+String Orbel::GetOption(const String& key)
 {
-    ResetConnection();
-    mode = singleReflectance;
-    SetLastError(OrbelApiError(OB_NoError));
-    autoDensityFilter = String(noDensityFilter);
-}
-
-bool Orbel::IsConnected()
-{
-    RequireInstrumentLayer();
-}
-
-bool Orbel::IsKeyPressed()
-{
-    RequireInstrumentLayer();
-}
-
-String Orbel::GetInformation(const String&)
-{
-    RequireInstrumentLayer();
-}
-
-void Orbel::SetOption(const String&, const String&)
-{
-    RequireInstrumentLayer();
-}
-
-String Orbel::GetOption(const String&)
-{
-    RequireInstrumentLayer();
+    return GetDevice().GetConditions().GetCondition(CanonicalOptionKey(key));
 }
 
 void Orbel::Calibrate()
 {
-    RequireInstrumentLayer();
+    GetDevice().Calibrate();
 }
 
 void Orbel::TriggerMeasurement()
 {
-    RequireInstrumentLayer();
+    GetDevice().TriggerMeasurement();
 }
 
-void Orbel::TriggerCountedScan(int32_t)
+void Orbel::TriggerCountedScan(int32_t count)
 {
     if (mode != scanningReflectance) {
         throw OrbelApiError(OB_InvalidMeasurementMode);
     }
-    RequireInstrumentLayer();
+    GetScanner().TriggerCountedScan(count);
 }
 
-void Orbel::GetSpectrum(float*, int32_t)
+const HvSpectrum& Orbel::GetSample(int32_t index)
 {
-    RequireInstrumentLayer();
+    return SampleOf(GetDevice(), index);
 }
 
-void Orbel::GetTriStimulus(float*, int32_t)
+const HvSpectrum& Orbel::SampleOf(const MeasurementDeviceInterface& device, int32_t index)
 {
-    RequireInstrumentLayer();
+    if (!device.HasSamples()) {
+        throw OrbelApiError(OB_NoDataAvailable, String("measurement not triggered !!"));
+    }
+    if (index == -1) {
+        return device.GetSamples()[0];
+    }
+    if (static_cast<uint32_t>(index) >= device.GetSamples().Size()) {
+        throw OrbelApiError(OB_NoDataAvailable,
+                            String("index") + String(static_cast<long>(index)) + String(" is out of range"));
+    }
+    return device.GetSamples()[static_cast<uint32_t>(index)];
 }
 
-void Orbel::GetDensity(float*, int32_t)
+void Orbel::GetSpectrum(float* spectrum, int32_t index)
 {
-    RequireInstrumentLayer();
+    const HvSpectrum& sample = GetSample(index);
+    for (int value = 0; value < spectrumValues; ++value) {
+        spectrum[value] = sample[static_cast<uint16_t>(value)];
+    }
 }
 
-void Orbel::GetDensities(float*, int32_t*, int32_t)
+void Orbel::GetTriStimulus(float* tristimulus, int32_t index)
 {
-    RequireInstrumentLayer();
+    const MeasurementDeviceInterface& device = GetDevice();
+    const CMetry::HvColorVector vector =
+        CMetry::CMetryCalculator::GetVector(SampleOf(device, index), device.GetConditions());
+    for (int channel = 0; channel < tristimulusValues; ++channel) {
+        tristimulus[channel] = vector[static_cast<uint16_t>(channel)];
+    }
 }
 
-void Orbel::SetSubstrate(const float*)
+void Orbel::RequireWhiteBase(const MeasurementDeviceInterface& device) const
 {
-    RequireInstrumentLayer();
+    const String whiteBase = device.GetConditions().GetCondition(String("Colorimetric.WhiteBase"));
+    if (whiteBase != String("Absolute") && !substrateSet) {
+        throw OrbelApiError(OB_NoSubstrateWhiteReference);
+    }
+}
+
+void Orbel::GetDensity(float* density, int32_t index)
+{
+    const MeasurementDeviceInterface& device = GetDevice();
+    RequireWhiteBase(device);
+    const HvMeasureConditions& conditions = device.GetConditions();
+    const HvSpectrum& sample = SampleOf(device, index);
+    *density = CMetry::GetDensity(sample, conditions);
+    autoDensityFilter = String(noDensityFilter);
+    if (conditions.GetCondition(String(densityFilterModeKey)) == String("Auto")) {
+        autoDensityFilter = CMetry::GetDensityFilter(sample, conditions);
+    }
+}
+
+// Each filter goes through the device's options, so that the interface sees the filter too and
+// the option reads as the last one set afterwards.
+void Orbel::GetDensities(float* densities, int32_t* autoIndex, int32_t index)
+{
+    MeasurementDeviceInterface& device = GetDevice();
+    RequireWhiteBase(device);
+    const HvSpectrum sample = SampleOf(device, index);
+    for (int32_t filter = 0; filter < numberOfDensityFilters; ++filter) {
+        device.SetOption(densityFilterModeKey, densityFilters[filter]);
+        densities[filter] = CMetry::GetDensity(sample, device.GetConditions());
+    }
+    if (autoIndex == nullptr) {
+        return;
+    }
+    device.SetOption(densityFilterModeKey, "Auto");
+    const String chosen = CMetry::GetDensityFilter(sample, device.GetConditions());
+    int32_t position = 0;
+    while (position < numberOfDensityFilters && chosen != String(densityFilters[position])) {
+        ++position;
+    }
+    *autoIndex = position;
+}
+
+void Orbel::SetSubstrate(const float* spectrum)
+{
+    CMetry::SetPaperWhite(HvSpectrum(spectrum));
+    substrateSet = true;
+}
+
+ScanningDevice& Orbel::GetScanner()
+{
+    Open();
+    return *Utilities::SmartPointerCast<ScanningDevice>(devices[scanningReflectance]);
 }
 
 bool Orbel::GetRecognition()
 {
-    RequireInstrumentLayer();
+    return GetScanner().GetRecognition();
 }
 
 int32_t Orbel::GetAvailableSamples()
 {
-    RequireInstrumentLayer();
-}
-
-void Orbel::ResetDevice()
-{
-    RequireInstrumentLayer();
-}
-
-void Orbel::RequireInstrumentLayer() const
-{
-    throw Utilities::ExceptionResourceNotAvailable("Instrument layer not built yet: no instrument can be reached");
+    return static_cast<int32_t>(GetDevice().GetSamples().Size());
 }

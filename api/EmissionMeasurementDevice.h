@@ -1,0 +1,29 @@
+#pragma once
+
+#include "api/AbstractMeasurementDevice.h"
+#include "cmetry/HvSpectrum.h"
+#include "utilities/SmartPointer.h"
+#include "utilities/Vector.h"
+
+// Emission and ambient light: one spectrum per trigger, calibrated by a dark measurement that
+// the interface makes.
+template<class T>
+class EmissionMeasurementDevice : public AbstractMeasurementDevice<T> {
+public:
+    explicit EmissionMeasurementDevice(const Utilities::SmartPointer<T>& interface)
+        : AbstractMeasurementDevice<T>(interface)
+    {
+    }
+
+protected:
+    void DoCalibrate() override { this->Interface()->Calibrate(); }
+
+    void DoMeasure() override { this->Interface()->Measure(); }
+
+    void ReadSamples(Utilities::Vector<CMetry::HvSpectrum>& result) override
+    {
+        Utilities::Vector<CMetry::HvSpectrum> one(1);
+        one[0] = this->Interface()->GetSample();
+        result = one;
+    }
+};

@@ -1,0 +1,3 @@
+#include "api/MeasurementDeviceInterface.h"
+
+MeasurementDeviceInterface::~MeasurementDeviceInterface() = default;

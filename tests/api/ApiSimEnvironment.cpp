@@ -1,0 +1,47 @@
+#include "tests/api/ApiSimEnvironment.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <string>
+
+#include "driver/ScaledTimeBase.h"
+#include "driver/TimeBase.h"
+#include "utilities/SmartPointer.h"
+
+namespace {
+
+OrbelTest::SimInstrument* simulated = nullptr;
+std::filesystem::path lockDirectory;
+
+// Registered before the module's object exists, so it runs after that object's own exit step.
+void StopAtExit()
+{
+    delete simulated;
+    simulated = nullptr;
+    std::error_code ignored;
+    std::filesystem::remove_all(lockDirectory, ignored);
+}
+
+const ::testing::Environment* const registered = ::testing::AddGlobalTestEnvironment(new ApiSimEnvironment());
+
+}
+
+OrbelTest::SimInstrument& ApiSimEnvironment::Sim()
+{
+    return *simulated;
+}
+
+void ApiSimEnvironment::SetUp()
+{
+    lockDirectory = std::filesystem::temp_directory_path() /
+                    ("orbel-api-locks-" + std::to_string(std::random_device()()));
+    std::filesystem::create_directories(lockDirectory);
+    ::setenv("ORBEL_LOCK_DIR", lockDirectory.c_str(), 1);
+    simulated = new OrbelTest::SimInstrument();
+    ::setenv("ORBEL_SIM_DIR", simulated->Directory().c_str(), 1);
+    // The instrument runs at time scale 0, so the driver's pauses need not last.
+    DeviceDriver::TimeBase::Replace(Utilities::SmartPointer<DeviceDriver::TimeBase>(
+        new DeviceDriver::ScaledTimeBase(DeviceDriver::TimeBase::System(), 1000.0)));
+    std::atexit(StopAtExit);
+}

@@ -1,0 +1,267 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "include/orbel.h"
+#include "tests/api/ApiSimEnvironment.h"
+#include "tests/support/HolderProcess.h"
+
+namespace {
+
+std::string LastError()
+{
+    return OB_GetDeviceInfo("LastError");
+}
+
+void Sim(const std::vector<std::string>& command)
+{
+    ApiSimEnvironment::Sim().Command(command);
+}
+
+bool Eventually(const std::function<bool()>& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+// Each test starts from a connected module in mode 3 with its defaults and no results.
+class OrbelTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ApiSimEnvironment::Sim().Run({"plug"});
+        ASSERT_TRUE(Eventually([] { return OB_IsConnected() == OB_NoError; }));
+        ASSERT_EQ(OB_SetOption("MeasurementMode", "ResetAll"), OB_NoError);
+        ASSERT_EQ(OB_SetOption("MeasurementMode", "Reset"), OB_NoError);
+    }
+
+    static void CalibrateOnTheTile()
+    {
+        Sim({"place", "tile"});
+        ASSERT_EQ(OB_Calibrate(), OB_NoError) << LastError();
+    }
+
+    static void MeasureReflectanceOf(const std::string& target)
+    {
+        Sim({"place", target});
+        ASSERT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
+    }
+
+    static std::vector<float> Spectrum(int32_t index)
+    {
+        std::vector<float> values(36, -1.0f);
+        EXPECT_EQ(OB_GetSpectrum(values.data(), index), OB_NoError) << LastError();
+        return values;
+    }
+
+    static void ExpectSignal(const std::vector<float>& spectrum)
+    {
+        float highest = 0.0f;
+        for (float value : spectrum) {
+            highest = std::max(highest, value);
+        }
+        EXPECT_GT(highest, 0.0f);
+    }
+};
+
+}
+
+TEST_F(OrbelTest, ReflectanceIsCalibratedMeasuredAndReadUnderTheOptionsOfTheMoment)
+{
+    CalibrateOnTheTile();
+    EXPECT_EQ(OB_GetNumberOfAvailableSamples(), 0);
+    MeasureReflectanceOf("sample:grey50");
+    EXPECT_EQ(OB_GetNumberOfAvailableSamples(), 1);
+
+    const std::vector<float> first = Spectrum(-1);
+    EXPECT_EQ(first, Spectrum(0));
+    for (float value : first) {
+        EXPECT_NEAR(value, 0.5f, 0.03f);
+    }
+
+    float lab[3];
+    ASSERT_EQ(OB_GetTriStimulus(lab, 0), OB_NoError) << LastError();
+    EXPECT_NEAR(lab[0], 76.07f, 1.5f);
+    EXPECT_NEAR(lab[1], 0.0f, 1.5f);
+    EXPECT_NEAR(lab[2], 0.0f, 1.5f);
+
+    ASSERT_EQ(OB_SetOption("colorspacedescription.TYPE", "CIEXYZ"), OB_NoError) << LastError();
+    EXPECT_STREQ(OB_GetOption("ColorSpaceDescription.Type"), "CIEXYZ");
+    float xyz[3];
+    ASSERT_EQ(OB_GetTriStimulus(xyz, -1), OB_NoError) << LastError();
+    EXPECT_NEAR(xyz[1], 50.0f, 3.0f);
+
+    float unused[36];
+    EXPECT_EQ(OB_GetSpectrum(unused, -2), OB_NoDataAvailable);
+    EXPECT_EQ(LastError(), "no data available index-2 is out of range");
+    EXPECT_EQ(OB_GetTriStimulus(unused, 1), OB_NoDataAvailable);
+    EXPECT_EQ(LastError(), "no data available index1 is out of range");
+
+    ASSERT_EQ(OB_Calibrate(), OB_NoError);
+    EXPECT_EQ(OB_GetSpectrum(unused, 0), OB_NoDataAvailable);
+    EXPECT_EQ(LastError(), "no data available measurement not triggered !!");
+}
+
+TEST_F(OrbelTest, DensitiesNeedASubstrateUnlessTheWhiteBaseIsAbsolute)
+{
+    CalibrateOnTheTile();
+    MeasureReflectanceOf("sample:tcs09");
+    float density = 0.0f;
+    float densities[4] = {};
+    EXPECT_EQ(OB_GetDensity(&density, 0), OB_NoSubstrateWhiteReference);
+    EXPECT_EQ(LastError(), "no substrate white reference set");
+
+    ASSERT_EQ(OB_SetOption("Colorimetric.WhiteBase", "Absolute"), OB_NoError);
+    ASSERT_EQ(OB_GetDensity(&density, 0), OB_NoError) << LastError();
+    EXPECT_GT(density, 0.0f);
+    EXPECT_STRNE(OB_GetDeviceInfo("Colorimetric.DensityFilterMode"), "not set");
+
+    ASSERT_EQ(OB_SetOption("Colorimetric.WhiteBase", "Automatic"), OB_NoError);
+    std::vector<float> paper(36, 0.9f);
+    ASSERT_EQ(OB_SetSubstrate(paper.data()), OB_NoError);
+    int32_t autoIndex = -1;
+    ASSERT_EQ(OB_GetDensities(densities, &autoIndex, 0), OB_NoError) << LastError();
+    EXPECT_GE(autoIndex, 0);
+    EXPECT_LE(autoIndex, 4);
+    EXPECT_STREQ(OB_GetOption("Colorimetric.DensityFilterMode"), "Auto");
+    ASSERT_EQ(OB_GetDensities(densities, nullptr, 0), OB_NoError);
+    EXPECT_STREQ(OB_GetOption("Colorimetric.DensityFilterMode"), "Black");
+
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ResetAll"), OB_NoError);
+    MeasureReflectanceOf("sample:tcs09");
+    EXPECT_EQ(OB_GetDensity(&density, 0), OB_NoSubstrateWhiteReference);
+}
+
+TEST_F(OrbelTest, OptionKeysIgnoreCaseValuesDoNotAndUnknownKeysAreRefused)
+{
+    ASSERT_EQ(OB_SetOption("colorimetric.illumination", "D50"), OB_NoError) << LastError();
+    EXPECT_STREQ(OB_GetOption("COLORIMETRIC.ILLUMINATION"), "D50");
+    EXPECT_EQ(OB_SetOption("Colorimetric.Illumination", "d50"), OB_ExceptionOccured);
+    EXPECT_STREQ(OB_GetOption("Colorimetric.Illumination"), "D50");
+
+    EXPECT_EQ(OB_SetOption("Gloss", "High"), OB_ExceptionOccured);
+    EXPECT_EQ(LastError(), "exception occured Modification not supported for key: Gloss");
+    EXPECT_STREQ(OB_GetOption("Gloss"), "Undefined");
+    EXPECT_STREQ(OB_GetOption("CustomCondition"), "Undefined");
+
+    EXPECT_STREQ(OB_GetOption("Recognition"), "no");
+    ASSERT_EQ(OB_SetOption("RECOGNITION", "YES"), OB_NoError);
+    EXPECT_STREQ(OB_GetOption("Recognition"), "yes");
+    ASSERT_EQ(OB_SetOption("Recognition", "maybe"), OB_NoError);
+    EXPECT_STREQ(OB_GetDeviceInfo("Recognition"), "no");
+
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleEmission"), OB_NoError);
+    EXPECT_STREQ(OB_GetOption("Colorimetric.Illumination"), "D65");
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleReflectance"), OB_NoError);
+    EXPECT_STREQ(OB_GetOption("Colorimetric.Illumination"), "D50");
+}
+
+TEST_F(OrbelTest, InstrumentKeysAreExactAndTheKeyPressIsConsumed)
+{
+    EXPECT_STREQ(OB_GetDeviceInfo("SerialNumber"), "1000001");
+    EXPECT_STREQ(OB_GetDeviceInfo("serialnumber"), "");
+    EXPECT_STREQ(OB_GetDeviceInfo("Connection"), "yes");
+
+    EXPECT_EQ(OB_KeyPressed(), OB_KeyNotPressed);
+    Sim({"press"});
+    EXPECT_TRUE(Eventually([] { return OB_KeyPressed() == OB_NoError; }));
+    EXPECT_EQ(OB_KeyPressed(), OB_KeyNotPressed);
+    Sim({"press"});
+    EXPECT_TRUE(Eventually([] { return std::string(OB_GetDeviceInfo("IsKeyPressed")) == "yes"; }));
+    EXPECT_STREQ(OB_GetDeviceInfo("IsKeyPressed"), "no");
+}
+
+TEST_F(OrbelTest, ResetDropsTheResultsOfTheCurrentDeviceOnly)
+{
+    CalibrateOnTheTile();
+    MeasureReflectanceOf("sample:grey30");
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    Sim({"strip", "builtin:grey8"});
+    ASSERT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
+    ExpectSignal(Spectrum(0));
+    ASSERT_EQ(OB_SetOption("Colorimetric.Illumination", "A"), OB_NoError);
+
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "reset"), OB_NoError);
+    EXPECT_EQ(OB_GetNumberOfAvailableSamples(), 0);
+    EXPECT_STREQ(OB_GetOption("Colorimetric.Illumination"), "D65");
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleReflectance"), OB_NoError);
+    EXPECT_EQ(OB_GetNumberOfAvailableSamples(), 1);
+}
+
+TEST_F(OrbelTest, ScanningGivesRawPositionsOrRecognisedPatches)
+{
+    ASSERT_EQ(OB_SetOption("Recognition", "yes"), OB_NoError);
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+
+    Sim({"strip", "builtin:grey8"});
+    ASSERT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
+    const int32_t patches = OB_GetNumberOfAvailableSamples();
+    EXPECT_GE(patches, 1);
+
+    ASSERT_EQ(OB_SetOption("Recognition", "no"), OB_NoError);
+    Sim({"strip", "builtin:grey8"});
+    ASSERT_EQ(OB_TriggerCountedScan(-1), OB_NoError) << LastError();
+    EXPECT_GT(OB_GetNumberOfAvailableSamples(), patches);
+    ExpectSignal(Spectrum(OB_GetNumberOfAvailableSamples() - 1));
+}
+
+TEST_F(OrbelTest, APulledCableGivesTwoAndThePluggedInstrumentComesBackWithItsWhite)
+{
+    CalibrateOnTheTile();
+    ASSERT_EQ(OB_SetOption("Colorimetric.Illumination", "D50"), OB_NoError);
+    Sim({"fault", "drop"});
+    Sim({"place", "sample:grey50"});
+    EXPECT_EQ(OB_TriggerMeasurement(), OB_DeviceNotConnected);
+    EXPECT_EQ(LastError().rfind("device not connected ", 0), 0u) << LastError();
+    EXPECT_EQ(OB_IsConnected(), OB_DeviceNotConnected);
+    EXPECT_EQ(OB_KeyPressed(), OB_DeviceNotConnected);
+    EXPECT_STREQ(OB_GetDeviceInfo("SerialNumber"), "device not connected!");
+    EXPECT_STREQ(OB_GetDeviceInfo("IsKeyPressed"), "device not connected");
+
+    Sim({"plug"});
+    ASSERT_TRUE(Eventually([] { return OB_IsConnected() == OB_NoError; }));
+    Sim({"place", "sample:grey50"});
+    EXPECT_STREQ(OB_GetOption("Colorimetric.Illumination"), "D65");
+    ASSERT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
+    EXPECT_NEAR(Spectrum(0)[20], 0.5f, 0.03f);
+}
+
+// In a process of its own, which has no device object yet: while the holder has the lock every
+// call fails, and once the holder has gone the next call succeeds.
+int RefusedUntilTheHolderGoes(bool killed)
+{
+    HolderProcess holder("Orbel C-SDK lock", 0);
+    const bool refused = holder.ReadLine() == "locked" && OB_IsConnected() == OB_UnknownError &&
+                         OB_KeyPressed() == OB_UnknownError && OB_Calibrate() == OB_UnknownError &&
+                         OB_GetNumberOfAvailableSamples() == 0 &&
+                         std::string(OB_GetOption("MeasurementMode")) == "Unknown Error" &&
+                         std::string(OB_GetDeviceInfo("Version")) == "Orbel aready in use by another process.";
+    if (killed) {
+        holder.Kill();
+    } else {
+        holder.Release();
+        holder.ReadLine();
+    }
+    return refused && std::string(OB_GetDeviceInfo("Version")) == "1.0.5" ? 0 : 1;
+}
+
+TEST(OrbelProcessLockDeathTest, ASecondProcessIsRefusedUntilTheFirstEndsOrIsKilled)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::exit(RefusedUntilTheHolderGoes(false)), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(std::exit(RefusedUntilTheHolderGoes(true)), testing::ExitedWithCode(0), "");
+}
