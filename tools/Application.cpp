@@ -43,7 +43,7 @@ std::string Application::Advice(int status)
 {
     switch (status) {
     case OB_DeviceNotCalibrated:
-        return "Calibrate first: orbel calibrate (orbel calibrate --mode scan before scanning).";
+        return "Calibrate first: orbel calibrate (orbel scan calibrates by itself).";
     case OB_NoSubstrateWhiteReference:
         return "Densities need a paper white: orbel substrate --output paper.txt, then --substrate paper.txt.";
     case OB_StripRecognitionFailed:

@@ -12,7 +12,8 @@ std::string ScanCommand::Summary() const
 {
     return "Scans a strip: the instrument measures while it is drawn across the patches. Without --recognition\n"
            "every reading is a sample; with it, the strip is split into its patches, one sample each. --count\n"
-           "tells the instrument how many readings to take. Calibrate first with: orbel calibrate --mode scan";
+           "tells the instrument how many readings to take. The scan begins with a calibration on the white tile: a\n"
+           "scanning calibration lasts only as long as the program that made it.";
 }
 
 std::string ScanCommand::Examples() const
@@ -53,6 +54,8 @@ int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream
     if (substrate) {
         Instrument::SetSubstrate(paper);
     }
+    prompt.Await("Place the instrument on its white tile and press the measurement key.");
+    Instrument::Calibrate();
     prompt.Await("Set the instrument on the paper before the first patch, press the measurement key, and draw it "
                  "across the strip at an even pace.");
     if (counted) {

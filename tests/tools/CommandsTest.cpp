@@ -105,7 +105,7 @@ TEST_F(CommandsTest, FailuresExitWithTheResultCodeAndTheModulesText)
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(outcome.out.empty());
     EXPECT_EQ(outcome.messages, "orbel: device not calibrated Dark data not valid\n"
-                                "Calibrate first: orbel calibrate (orbel calibrate --mode scan before scanning).\n");
+                                "Calibrate first: orbel calibrate (orbel scan calibrates by itself).\n");
 
     EXPECT_EQ(Run({"measure", "--substrate", file, "--no-wait"}).messages,
               "orbel: can't read the spectrum file " + file + "\n");
