@@ -21,7 +21,6 @@ enum ConditionItem : uint16_t {
 };
 
 constexpr uint16_t calibrationSerialState = 30002;
-constexpr unsigned long lockTimeoutMs = 10000;
 
 // One named lock per connection for the whole process, made on first use.
 class ConnectionLocks {
@@ -274,11 +273,11 @@ bool MeasurementHandle::IsOpen()
     return !connection.IsEmpty() && Open();
 }
 
-bool MeasurementHandle::Lock()
+bool MeasurementHandle::Lock(unsigned long timeoutMs)
 {
     try {
         Utilities::Mutex lock = TheConnectionLocks().For(connection.ToStdString());
-        return lock.Lock(lockTimeoutMs);
+        return lock.Lock(timeoutMs);
     } catch (...) {
         return false;
     }

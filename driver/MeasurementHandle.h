@@ -57,8 +57,10 @@ public:
     // Reopens a handle that has a connection but lost its place at the driver.
     virtual bool IsOpen();
 
+    static constexpr unsigned long lockTimeoutMs = 10000;
+
     // The lock of the connection, shared by all handles of it in every process.
-    bool Lock();
+    bool Lock(unsigned long timeoutMs = lockTimeoutMs);
     void Unlock();
 
     ConfigurationData& Conditions() { return conditions; }

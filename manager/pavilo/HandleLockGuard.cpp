@@ -13,9 +13,9 @@ HandleLockGuard::~HandleLockGuard()
     }
 }
 
-bool HandleLockGuard::Acquire()
+bool HandleLockGuard::Acquire(unsigned long timeoutMs)
 {
-    held = handle.Lock();
+    held = handle.Lock(timeoutMs);
     return held;
 }
 

@@ -15,7 +15,7 @@ public:
     HandleLockGuard& operator=(const HandleLockGuard&) = delete;
 
     // False when the lock wasn't had within the handle's time-out.
-    bool Acquire();
+    bool Acquire(unsigned long timeoutMs = DeviceDriver::MeasurementHandle::lockTimeoutMs);
     // Takes over the lock that an earlier operation of this thread left held.
     void Adopt();
     // Leaves the lock held beyond the guard, for the operation that fetches the result.

@@ -23,8 +23,9 @@ SmartPointer<InstrumentButtons_V1::ButtonList> selection;
 
 }
 
-InstrumentButtons_V1_Impl::InstrumentButtons_V1_Impl(const SmartPointer<DeviceDriver::RemissionHandle>& handle)
-    : connected(false), handle(handle)
+InstrumentButtons_V1_Impl::InstrumentButtons_V1_Impl(const SmartPointer<DeviceDriver::RemissionHandle>& handle,
+                                                     unsigned long lockWaitMs)
+    : connected(false), handle(handle), lockWaitMs(lockWaitMs)
 {
 }
 
@@ -52,7 +53,7 @@ InstrumentButtons_V1::ButtonStates InstrumentButtons_V1_Impl::GetButtonStates(co
 {
     ButtonStates states;
     HandleLockGuard lock(*handle);
-    if (!lock.Acquire()) {
+    if (!lock.Acquire(lockWaitMs)) {
         return states;
     }
     if (Wants(buttons, measurementKey)) {

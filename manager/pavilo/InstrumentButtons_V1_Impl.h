@@ -10,7 +10,10 @@ namespace HviManager::PaviloDriver {
 // latch in the driver, so two objects compete for it: whichever asks first sees it.
 class InstrumentButtons_V1_Impl : public InstrumentButtons_V1 {
 public:
-    explicit InstrumentButtons_V1_Impl(const Utilities::SmartPointer<DeviceDriver::RemissionHandle>& handle);
+    // The event thread's polls wait for the handle lock only briefly, so that stopping the thread
+    // never has to wait for a long measurement of a client.
+    explicit InstrumentButtons_V1_Impl(const Utilities::SmartPointer<DeviceDriver::RemissionHandle>& handle,
+                                       unsigned long lockWaitMs = DeviceDriver::MeasurementHandle::lockTimeoutMs);
 
     Utilities::SmartPointer<ButtonList> GetAvailableButtons() override;
     // The selection is one for the whole process.
@@ -27,6 +30,7 @@ private:
 
     bool connected;
     Utilities::SmartPointer<DeviceDriver::RemissionHandle> handle;
+    unsigned long lockWaitMs;
 };
 
 }

@@ -116,7 +116,8 @@ void Pavilo::InitialiseDefaultHandle()
 SmartPointer<Component> Pavilo::Events()
 {
     if (events.IsNull()) {
-        SmartPointer<InstrumentButtons_V1> buttons(new InstrumentButtons_V1_Impl(remission));
+        constexpr unsigned long pollLockWaitMs = 400;
+        SmartPointer<InstrumentButtons_V1> buttons(new InstrumentButtons_V1_Impl(remission, pollLockWaitMs));
         events = SmartPointer<InstrumentEvents_V1>(new InstrumentEvents_V1(buttons));
     }
     return events;
