@@ -5,8 +5,11 @@
 #include "manager/pavilo/FindDevices_V1_Impl.h"
 #include "manager/pavilo/InstrumentButtons_V1_Impl.h"
 #include "manager/pavilo/InstrumentInfo_V1_Impl.h"
+#include "manager/pavilo/PhotoMeterDiagnostics_V1_Impl.h"
+#include "manager/pavilo/SpecPhotoMeterEmission_V1_Impl.h"
 #include "manager/pavilo/SpecPhotoMeterReflectance_V1_Impl.h"
 #include "manager/pavilo/SpecPhotoMeterScanning_V1_Impl.h"
+#include "manager/pavilo/TristPhotoMeterEmission_V1_Impl.h"
 #include "manager/pavilo/TristPhotoMeterReflectance_V1_Impl.h"
 #include "manager/pavilo/TristPhotoMeterScanning_V1_Impl.h"
 #include "utilities/ComponentCreatorSingleton.h"
@@ -98,6 +101,9 @@ SmartPointer<Component> Pavilo::GetInterface(const String& name)
     if (offered.Size() == 0) {
         OpenHandles();
     }
+    if (name == String("PhotoMeterDiagnostics_V1")) {
+        return SmartPointer<Component>(new PhotoMeterDiagnostics_V1_Impl(service, raw));
+    }
     if (name == String("FindDevices_V1")) {
         return SmartPointer<Component>(new FindDevices_V1_Impl());
     }
@@ -132,6 +138,9 @@ SmartPointer<Component> Pavilo::OfferedInterface(const String& name)
     if (served.IsNull()) {
         served = ScanningInterface(name);
     }
+    if (served.IsNull()) {
+        served = EmissionInterface(name);
+    }
     // Null for a name offered but not served, such as transmission.
     return served;
 }
@@ -164,6 +173,25 @@ SmartPointer<Component> Pavilo::ScanningInterface(const String& name)
     return SmartPointer<Component>();
 }
 
+SmartPointer<Component> Pavilo::EmissionInterface(const String& name)
+{
+    // The ambient light is measured as an emission on a handle of its own.
+    SmartPointer<DeviceDriver::EmissionHandle> ambient(ambientLight);
+    if (name == String("SpecPhotoMeterEmission_V1")) {
+        return SmartPointer<Component>(new SpecPhotoMeterEmission_V1_Impl(emission));
+    }
+    if (name == String("SpecPhotoMeterAmbientLight_V1")) {
+        return SmartPointer<Component>(new SpecPhotoMeterEmission_V1_Impl(ambient));
+    }
+    if (name == String("TristPhotoMeterEmission_V1")) {
+        return SmartPointer<Component>(new TristPhotoMeterEmission_V1_Impl(emission));
+    }
+    if (name == String("TristPhotoMeterAmbientLight_V1")) {
+        return SmartPointer<Component>(new TristPhotoMeterEmission_V1_Impl(ambient));
+    }
+    return SmartPointer<Component>();
+}
+
 SmartPointer<SpecPhotoMeterScanning_V1> Pavilo::SpectralScanning()
 {
     return SmartPointer<SpecPhotoMeterScanning_V1>(new SpecPhotoMeterScanning_V1_Impl(scan));
@@ -182,7 +210,8 @@ void Pavilo::OpenHandles()
     if (!OpenRemission()) {
         return;
     }
-    if (OpenHandle(scan) && OpenHandle(service)) {
+    if (OpenHandle(scan) && OpenHandle(emission) && OpenHandle(ambientLight) && OpenHandle(raw) &&
+        OpenHandle(service)) {
         FillOffered();
     }
 }
@@ -242,6 +271,9 @@ void Pavilo::Close()
     reflectance = SmartPointer<SpecPhotoMeterReflectance_V1>();
     CloseHandle(remission);
     CloseHandle(scan);
+    CloseHandle(emission);
+    CloseHandle(ambientLight);
+    CloseHandle(raw);
     CloseHandle(service);
     offered.Clear();
 }

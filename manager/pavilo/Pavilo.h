@@ -1,5 +1,8 @@
 #pragma once
 
+#include "driver/AmbientLightHandle.h"
+#include "driver/EmissionHandle.h"
+#include "driver/RawHandle.h"
 #include "driver/RemissionHandle.h"
 #include "driver/RemissionScanHandle.h"
 #include "driver/ServiceHandle.h"
@@ -46,6 +49,7 @@ private:
     Utilities::SmartPointer<Utilities::Component> OfferedInterface(const Utilities::String& name);
     Utilities::SmartPointer<Utilities::Component> ReflectanceInterface(const Utilities::String& name);
     Utilities::SmartPointer<Utilities::Component> ScanningInterface(const Utilities::String& name);
+    Utilities::SmartPointer<Utilities::Component> EmissionInterface(const Utilities::String& name);
     // Made at the first need and shared from then on.
     Utilities::SmartPointer<SpecPhotoMeterReflectance_V1> Reflectance();
     Utilities::SmartPointer<SpecPhotoMeterScanning_V1> SpectralScanning();
@@ -56,12 +60,15 @@ private:
     // Empty while not all handles are open.
     Utilities::List<Utilities::String> offered;
     Utilities::SmartPointer<DeviceDriver::RemissionHandle> remission;
+    Utilities::SmartPointer<DeviceDriver::EmissionHandle> emission;
     Utilities::SmartPointer<InstrumentInfo_V1> info;
     Utilities::SmartPointer<InstrumentEvents_V1> events;
     Utilities::SmartPointer<DeviceDriver::ServiceHandle> service;
     // Shared by the spectral and the tristimulus reflectance interfaces.
     Utilities::SmartPointer<SpecPhotoMeterReflectance_V1> reflectance;
     Utilities::SmartPointer<DeviceDriver::RemissionScanHandle> scan;
+    Utilities::SmartPointer<DeviceDriver::RawHandle> raw;
+    Utilities::SmartPointer<DeviceDriver::AmbientLightHandle> ambientLight;
 };
 
 }
