@@ -178,6 +178,19 @@ static void CheckScanning(void)
     }
 }
 
+static void CheckEmissionMode(const char* mode, const char* target)
+{
+    float spectrum[36];
+    Expect(mode, OB_SetOption("MeasurementMode", mode), OB_NoError);
+    Place("black");
+    Expect("dark calibration", OB_Calibrate(), OB_NoError);
+    Place(target);
+    Expect("emission measurement", OB_TriggerMeasurement(), OB_NoError);
+    if (Expect("emission spectrum", OB_GetSpectrum(spectrum, -1), OB_NoError) && !HasSignal(spectrum)) {
+        Fail(target, "no signal");
+    }
+}
+
 /* Runs at exit after the module has closed the instrument, as it was registered before the
  * module's first call. */
 static void StopInstrument(void)
@@ -213,6 +226,8 @@ int main(int argumentCount, char** arguments)
     CheckReflectance();
     CheckKey();
     CheckScanning();
+    CheckEmissionMode("SingleEmission", "display:white");
+    CheckEmissionMode("SingleAmbientLight", "light:daylight");
 
     if (failures != 0) {
         fprintf(stderr, "%d failures\n", failures);
