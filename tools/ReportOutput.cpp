@@ -65,7 +65,12 @@ void ReportOutput::AddLightNotes(MeasurementReport& report)
         return;
     }
     const Triple& xyz = *report.samples.back().xyz;
-    report.notes.emplace_back("luminance Y", DecimalText::Format(xyz[1], 2) + " cd/m2");
+    // Ambient light falls on the instrument (illuminance); a display shines into it (luminance).
+    if (report.mode == "SingleAmbientLight") {
+        report.notes.emplace_back("illuminance Y", DecimalText::Format(xyz[1], 2) + " lx");
+    } else {
+        report.notes.emplace_back("luminance Y", DecimalText::Format(xyz[1], 2) + " cd/m2");
+    }
     if (const auto kelvin = ColourTemperature::FromXyz(xyz)) {
         report.notes.emplace_back("colour temperature", DecimalText::Format(*kelvin, 0) + " K");
     }
