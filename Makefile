@@ -17,8 +17,9 @@ test: all
 bench: configure
 	cmake --build $(BUILD) -j $(JOBS) --target bench
 
+# A tour of the instrument on a virtual one, plugged in for the tour and unplugged after it.
 demo: all
-	@echo "The demo arrives with the command-line program."
+	@sh scripts/demo.sh $(BUILD)
 
 # The same tests under AddressSanitizer with UndefinedBehaviorSanitizer, and under ThreadSanitizer.
 asan:
