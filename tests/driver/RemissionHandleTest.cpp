@@ -149,6 +149,20 @@ TEST_F(RemissionHandleTest, FailuresEndInTheLastErrorAndLeaveTheLampOn)
     EXPECT_TRUE(handle.IsOpen()) << "the handle stays open whatever failed";
 }
 
+// Without noise black reads exactly the dark, and the tile check divides by zero; with the noise
+// of a real sensor the check sees no tile.
+TEST_F(RemissionHandleTest, NoisyBlackFailsTheWhiteCheck)
+{
+    Restart({"--noise", "on"});
+    RemissionHandle handle;
+    OpenOnSim(handle);
+    SetItem(handle, gain, 1);
+    SetItem(handle, adapt, 0);
+    Place("black");
+    EXPECT_FALSE(handle.Calibrate());
+    EXPECT_EQ("White calculation: White check failed", Text(handle.GetLastError()));
+}
+
 TEST_F(RemissionHandleTest, AdaptOverBlackSearchesANewIntegrationTime)
 {
     RemissionHandle handle;
