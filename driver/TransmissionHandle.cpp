@@ -1,0 +1,97 @@
+#include "driver/TransmissionHandle.h"
+
+#include "utilities/ExceptionOutOfBound.h"
+
+namespace DeviceDriver {
+
+namespace {
+
+constexpr uint16_t adaptItem = 2011;
+constexpr uint16_t integrationTimeItem = 2009;
+
+}
+
+TransmissionHandle::TransmissionHandle() = default;
+
+TransmissionHandle::~TransmissionHandle() = default;
+
+bool TransmissionHandle::Measure(const Utilities::String& type)
+{
+    if (!IsOpen()) {
+        SetLastError(handleNotOpen);
+        return false;
+    }
+    try {
+        MeasureType(type);
+    } catch (const Utilities::ExceptionOutOfBound& failure) {
+        SetLastError(failure);
+        return false;
+    }
+    SetLastError(noError);
+    return true;
+}
+
+bool TransmissionHandle::Calibrate()
+{
+    if (!IsOpen()) {
+        SetLastError(handleNotOpen);
+        return false;
+    }
+    try {
+        ReferenceSteps();
+    } catch (const Utilities::ExceptionOutOfBound& failure) {
+        SetLastError(failure);
+        return false;
+    }
+    SetLastError(noError);
+    return true;
+}
+
+Utilities::String TransmissionHandle::GetMode()
+{
+    return "Transmission";
+}
+
+void TransmissionHandle::MeasureType(const Utilities::String& type)
+{
+    if (type == "Dark") {
+        Utilities::Vector<long> darkRow;
+        MeasureDark(darkRow);
+    } else if (type == "Reference") {
+        if (!Calibrate()) {
+            throw Utilities::ExceptionOutOfBound(GetLastError());
+        }
+    } else if (type == "Single") {
+        MeasureSingle();
+    } else {
+        Raise("Unknown measurement type");
+    }
+}
+
+void TransmissionHandle::MeasureSingle()
+{
+    SensorData sensor;
+    MeasureSensor(sensor);
+    if (calculation->IsSaturated(sensor)) {
+        Raise("Sensor is saturated");
+    }
+    sample = SpectrumData();
+    calculation->CalculateSample(sensor, sample, "Transmission");
+}
+
+void TransmissionHandle::ReferenceSteps()
+{
+    const bool adapt = ConditionU32(adaptItem) != 0;
+    SensorData sensor;
+    MeasureSensor(sensor);
+    if (calculation->CalculateReference(sensor) || !adapt) {
+        return;
+    }
+    const float shortest = calculation->MinIntegrationTime();
+    SetConditionFloat(integrationTimeItem, shortest);
+    SensorData probe;
+    MeasureSensor(probe);
+    SetConditionFloat(integrationTimeItem, calculation->NewIntegrationTime(probe, shortest, 1.0f, true));
+}
+
+}
