@@ -1,6 +1,5 @@
 #include "driver/EmissionHandle.h"
 
-#include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
 
@@ -18,20 +17,11 @@ EmissionHandle::~EmissionHandle() = default;
 
 bool EmissionHandle::Measure(const Utilities::String& type)
 {
-    if (!IsOpen()) {
-        SetLastError(handleNotOpen);
-        return false;
-    }
-    try {
+    return RunOnOpenHandle([this, &type] {
         if (!MeasureType(type)) {
             Raise("Unknown measurement type!");
         }
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        SetLastError(failure);
-        return false;
-    }
-    SetLastError(noError);
-    return true;
+    });
 }
 
 bool EmissionHandle::Calibrate()

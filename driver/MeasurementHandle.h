@@ -10,6 +10,7 @@
 #include "driver/SensorDataFifo.h"
 #include "driver/SpectrumData.h"
 #include "driver/SpectrumDataFifo.h"
+#include "utilities/ExceptionOutOfBound.h"
 #include "utilities/Observer.h"
 #include "utilities/SmartPointer.h"
 #include "utilities/String.h"
@@ -69,6 +70,25 @@ protected:
     static const char* const noError;
     static const char* const notOpen;
     static const char* const handleNotOpen;
+
+    // The frame of Measure and Calibrate: the steps run on an open handle, and a failure of the
+    // driver ends in the last error and the answer false.
+    template<class Steps>
+    bool RunOnOpenHandle(Steps&& steps)
+    {
+        if (!IsOpen()) {
+            SetLastError(handleNotOpen);
+            return false;
+        }
+        try {
+            steps();
+        } catch (const Utilities::ExceptionOutOfBound& failure) {
+            SetLastError(failure);
+            return false;
+        }
+        SetLastError(noError);
+        return true;
+    }
 
     void SetLastError(const Utilities::String& text) { lastError = text; }
     void SetLastError(const Utilities::Exception& failure);

@@ -1,6 +1,5 @@
 #include "driver/RawHandle.h"
 
-#include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
 
@@ -10,21 +9,12 @@ RawHandle::~RawHandle() = default;
 
 bool RawHandle::Measure(const Utilities::String& type)
 {
-    if (!IsOpen()) {
-        SetLastError(handleNotOpen);
-        return false;
-    }
-    try {
+    return RunOnOpenHandle([this, &type] {
         if (type != "Single") {
             Raise("Unknown measurement type");
         }
         MeasureRaw();
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        SetLastError(failure);
-        return false;
-    }
-    SetLastError(noError);
-    return true;
+    });
 }
 
 bool RawHandle::Calibrate()

@@ -20,34 +20,12 @@ RemissionScanHandle::~RemissionScanHandle() = default;
 
 bool RemissionScanHandle::Measure(const Utilities::String& type)
 {
-    if (!IsOpen()) {
-        SetLastError(handleNotOpen);
-        return false;
-    }
-    try {
-        MeasureType(type);
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        SetLastError(failure);
-        return false;
-    }
-    SetLastError(noError);
-    return true;
+    return RunOnOpenHandle([this, &type] { MeasureType(type); });
 }
 
 bool RemissionScanHandle::Calibrate()
 {
-    if (!IsOpen()) {
-        SetLastError(handleNotOpen);
-        return false;
-    }
-    try {
-        CalibrationSteps();
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        SetLastError(failure);
-        return false;
-    }
-    SetLastError(noError);
-    return true;
+    return RunOnOpenHandle([this] { CalibrationSteps(); });
 }
 
 Utilities::String RemissionScanHandle::GetMode()

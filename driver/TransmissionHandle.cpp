@@ -17,34 +17,12 @@ TransmissionHandle::~TransmissionHandle() = default;
 
 bool TransmissionHandle::Measure(const Utilities::String& type)
 {
-    if (!IsOpen()) {
-        SetLastError(handleNotOpen);
-        return false;
-    }
-    try {
-        MeasureType(type);
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        SetLastError(failure);
-        return false;
-    }
-    SetLastError(noError);
-    return true;
+    return RunOnOpenHandle([this, &type] { MeasureType(type); });
 }
 
 bool TransmissionHandle::Calibrate()
 {
-    if (!IsOpen()) {
-        SetLastError(handleNotOpen);
-        return false;
-    }
-    try {
-        ReferenceSteps();
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        SetLastError(failure);
-        return false;
-    }
-    SetLastError(noError);
-    return true;
+    return RunOnOpenHandle([this] { ReferenceSteps(); });
 }
 
 Utilities::String TransmissionHandle::GetMode()
