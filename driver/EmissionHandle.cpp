@@ -1,6 +1,5 @@
 #include "driver/EmissionHandle.h"
 
-
 namespace DeviceDriver {
 
 namespace {

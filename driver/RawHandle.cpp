@@ -1,6 +1,5 @@
 #include "driver/RawHandle.h"
 
-
 namespace DeviceDriver {
 
 RawHandle::RawHandle() = default;
