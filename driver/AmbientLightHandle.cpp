@@ -8,8 +8,6 @@ namespace DeviceDriver {
 
 namespace {
 
-constexpr uint16_t lampOffItem = 2000;
-constexpr uint16_t replacementCountItem = 2008;
 constexpr uint16_t gainRatioRecord = 1213;
 
 }

@@ -20,11 +20,6 @@ public:
     Utilities::String GetMode() override;
 
 protected:
-    static constexpr uint16_t adaptItem = 2011;
-    static constexpr uint16_t integrationTimeItem = 2009;
-    static constexpr uint16_t gainItem = 2002;
-    static constexpr uint16_t countItem = 2010;
-
     // The measurement types of the class; false for a type it doesn't know.
     virtual bool MeasureType(const Utilities::String& type);
     // A single sample, calculated in the given mode.

@@ -15,11 +15,6 @@ namespace DeviceDriver {
 
 namespace {
 
-enum ConditionItem : uint16_t {
-    LampOff = 2000,
-    ReplacementCountFlag = 2008,
-};
-
 constexpr uint16_t calibrationSerialState = 30002;
 
 // One named lock per connection for the whole process, made on first use.
@@ -247,10 +242,10 @@ void MeasurementHandle::MeasureStrip(SensorDataFifo& fifo)
 Utilities::Vector<long>& MeasurementHandle::MeasureDark(Utilities::Vector<long>& row)
 {
     RequireOpen();
-    const uint32_t lampOff = ConditionU32(LampOff);
-    const uint32_t replacementCount = ConditionU32(ReplacementCountFlag);
-    SetConditionU32(LampOff, 1);
-    SetConditionU32(ReplacementCountFlag, 0);
+    const uint32_t lampOff = ConditionU32(lampOffItem);
+    const uint32_t replacementCount = ConditionU32(replacementCountItem);
+    SetConditionU32(lampOffItem, 1);
+    SetConditionU32(replacementCountItem, 0);
     SensorData sensor;
     try {
         MeasureSensor(sensor);
@@ -379,8 +374,8 @@ void MeasurementHandle::SendConditionsBeforeDetach()
 
 void MeasurementHandle::RestoreLampItems(uint32_t lampOff, uint32_t replacementCount)
 {
-    SetConditionU32(LampOff, lampOff);
-    SetConditionU32(ReplacementCountFlag, replacementCount);
+    SetConditionU32(lampOffItem, lampOff);
+    SetConditionU32(replacementCountItem, replacementCount);
 }
 
 }

@@ -20,10 +20,6 @@ public:
     Utilities::String GetMode() override;
 
 protected:
-    static constexpr uint16_t adaptItem = 2011;
-    static constexpr uint16_t integrationTimeItem = 2009;
-    static constexpr uint16_t gainItem = 2002;
-    static constexpr uint16_t countItem = 2010;
     static constexpr uint16_t filterState = 30005;
 
     // Sleeps 800 ms when the last measurement is less than a second ago.

@@ -4,13 +4,6 @@
 
 namespace DeviceDriver {
 
-namespace {
-
-constexpr uint16_t adaptItem = 2011;
-constexpr uint16_t integrationTimeItem = 2009;
-
-}
-
 TransmissionHandle::TransmissionHandle() = default;
 
 TransmissionHandle::~TransmissionHandle() = default;
