@@ -59,6 +59,18 @@ bool IsOneColour(const std::vector<RecognitionElement>& elements, int64_t lo, in
     return true;
 }
 
+// A quiet measurement that the bridge joined to an edge is a field of its own when nothing changes
+// on either side of it: the blurred borders of a narrow field, drawn fast, met around it, and the
+// one edge they make would drop the field without a trace.
+void CheckNoFieldInsideEdges(const std::vector<RecognitionElement>& elements)
+{
+    for (const RecognitionElement& element : elements) {
+        if (element.IsEdge() && element.DifferenceSum() <= noChange) {
+            throw ExceptionCalculationProblem("Field is too small");
+        }
+    }
+}
+
 // A span that straddles an edge the threshold missed, or that is a single measurement between
 // two edges, would give a patch of a colour that isn't on the strip.
 void CheckUniform(const std::vector<RecognitionElement>& elements, int64_t lo, int64_t hi)
@@ -115,6 +127,7 @@ bool RecognitionMarvane::Recognize(const Vector<SpectrumData>& scan, Vector<Spec
 {
     try {
         LocateEdges(ElementsWithDifferences(scan));
+        CheckNoFieldInsideEdges(elements);
         const Vector<SpectrumData> found = AverageFields(elements, edges);
         if (found.Size() == 0) {
             return false;

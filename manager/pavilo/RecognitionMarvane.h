@@ -17,7 +17,8 @@ public:
     RecognitionMarvane();
 
     Diagnostics::String GetDescription() const override;
-    // False on any failure inside, and when fewer than two edges leave no field.
+    // False on any failure inside, when fewer than two edges leave no field, and when the blurred
+    // edges around a narrow field met, which would drop that field without a trace.
     bool Recognize(const Utilities::Vector<DeviceDriver::SpectrumData>& scan,
                    Utilities::Vector<DeviceDriver::SpectrumData>& patches) override;
     // Empties the FIFO; false when it runs dry before it is marked finished.

@@ -67,26 +67,36 @@ std::string TextOfFailure(const std::function<void()>& action)
     return "no failure";
 }
 
-// A printed strip drawn evenly: paper, fields of the given grey, paper; two blended measurements
-// at each border.
-Vector<SpectrumData> DrawnStrip(const std::vector<float>& fields, size_t perField)
+// A printed strip drawn across: fields of the given grey and number of clean measurements, paper
+// margins included, with two blended measurements at each border.
+Vector<SpectrumData> DrawnFields(const std::vector<std::pair<float, size_t>>& fields)
 {
-    std::vector<float> levels{0.85f};
-    levels.insert(levels.end(), fields.begin(), fields.end());
-    levels.push_back(0.85f);
     std::vector<float> values;
-    for (size_t field = 0; field < levels.size(); ++field) {
+    for (size_t field = 0; field < fields.size(); ++field) {
+        const float level = fields[field].first;
         if (field > 0) {
-            values.push_back(levels[field - 1] * 0.7f + levels[field] * 0.3f);
-            values.push_back(levels[field - 1] * 0.3f + levels[field] * 0.7f);
+            const float previous = fields[field - 1].first;
+            values.push_back(previous * 0.7f + level * 0.3f);
+            values.push_back(previous * 0.3f + level * 0.7f);
         }
-        values.insert(values.end(), perField, levels[field]);
+        values.insert(values.end(), fields[field].second, level);
     }
     Vector<SpectrumData> scan(values.size());
     for (size_t index = 0; index < values.size(); ++index) {
         scan[index] = Measurement(values[index]);
     }
     return scan;
+}
+
+// Fields of the given grey between paper margins, all drawn evenly.
+Vector<SpectrumData> DrawnStrip(const std::vector<float>& fields, size_t perField)
+{
+    std::vector<std::pair<float, size_t>> layout{{0.85f, perField}};
+    for (const float level : fields) {
+        layout.emplace_back(level, perField);
+    }
+    layout.emplace_back(0.85f, perField);
+    return DrawnFields(layout);
 }
 
 TEST(RecognitionMarvaneTest, EdgesLieAtTheCentreOfGravityOfTheirDifferences)
@@ -203,6 +213,18 @@ TEST(RecognitionMarvaneTest, RecognizesTheFieldsOfADrawnStrip)
                                                    CMetry::HvSpectrum(recognition.Elements()[1].Load()),
                                                    conditions, 0, 0, 0),
                 1e-3);
+}
+
+// Drawn fast, a field of three measurements has blurred borders on both sides of its middle one;
+// the bridge joins all three into one edge, which alone would drop the field without a trace.
+TEST(RecognitionMarvaneTest, RefusesAFieldSwallowedByTheEdgesAroundIt)
+{
+    RecognitionMarvane recognition;
+    Vector<SpectrumData> patches(0);
+    EXPECT_FALSE(recognition.Recognize(DrawnFields({{0.85f, 15}, {0.2f, 15}, {0.6f, 3}, {0.05f, 15}, {0.85f, 15}}),
+                                       patches));
+    EXPECT_LT(recognition.Edges().size(), 4u);
+    EXPECT_EQ(patches.Size(), 0u);
 }
 
 TEST(RecognitionMarvaneTest, AnswersFalseAndKeepsThePatchesWhenNoFieldIsFound)
