@@ -116,7 +116,7 @@ TEST(SimModel, StripsBlurAtEdgesAndBuiltinNeighboursDifferClearly)
   const std::vector<double> edge = strip.Shares(7.5, 0.0);
   EXPECT_NEAR(edge[0], 0.5, 1e-9);
   EXPECT_NEAR(edge[1], 0.5, 1e-9);
-  const std::vector<double> near = strip.Shares(7.5 + 2.0, 1.0);
+  const std::vector<double> near = strip.Shares(7.5 + Strip::kApertureDiameter / 2 - 0.5, 1.0);
   double sum = 0.0;
   for (double share : near) {
     sum += share;

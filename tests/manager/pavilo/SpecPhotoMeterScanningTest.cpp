@@ -93,7 +93,12 @@ protected:
     // -1 patches when the recognition failed.
     std::pair<int, float> ScanWithRecognition(const OrbelSim::NamedStrip& strip, int speed)
     {
-        Draw("builtin:" + strip.name, speed);
+        return ScanWithRecognition(strip, "builtin:" + strip.name, speed);
+    }
+
+    std::pair<int, float> ScanWithRecognition(const OrbelSim::NamedStrip& strip, const std::string& drawn, int speed)
+    {
+        Draw(drawn, speed);
         scanning.Measure(-1);
         HvSample sample;
         try {
@@ -109,6 +114,21 @@ protected:
             }
         }
         return {static_cast<int>(sample.GetElementCount()), worst};
+    }
+
+    // The patches of a built-in strip, all of the given width, between its margins.
+    std::string Widened(const OrbelSim::NamedStrip& strip, double width) const
+    {
+        const std::string file = sim.Directory() + "/" + strip.name + "-widened.txt";
+        std::ofstream out(file);
+        for (size_t patch = 0; patch < strip.patches.size(); ++patch) {
+            out << (patch == 0 || patch + 1 == strip.patches.size() ? strip.patches[patch].widthMm : width);
+            for (const double value : strip.patches[patch].reflectance) {
+                out << " " << value;
+            }
+            out << "\n";
+        }
+        return file;
     }
 
     // A strip of plain paper only.
@@ -139,8 +159,6 @@ protected:
     SpecPhotoMeterScanning_V1_Impl scanning;
 };
 
-// At 50 mm/s and below some edges fade in over so many measurements that no step between two
-// of them stands above the noise; the recognition then refuses rather than merge two fields.
 TEST_F(SpecPhotoMeterScanningTest, FindsEveryPatchOfTheBuiltInStripsAtAnEvenHand)
 {
     for (const std::string name : {"colour24", "grey8"}) {
@@ -148,11 +166,7 @@ TEST_F(SpecPhotoMeterScanningTest, FindsEveryPatchOfTheBuiltInStripsAtAnEvenHand
         const int expected = static_cast<int>(strip.patches.size()) - 2;
         for (int speed = 50; speed <= 100; speed += 10) {
             const auto [patches, worst] = ScanWithRecognition(strip, speed);
-            if (speed > 50) {
-                EXPECT_EQ(patches, expected) << name << " at " << speed << " mm/s";
-            } else {
-                EXPECT_TRUE(patches == expected || patches == -1) << name << " at " << speed << " mm/s";
-            }
+            EXPECT_EQ(patches, expected) << name << " at " << speed << " mm/s";
             EXPECT_LT(worst, 0.5f) << name << " at " << speed << " mm/s";
         }
     }
@@ -165,6 +179,18 @@ TEST_F(SpecPhotoMeterScanningTest, AStripDrawnTooFastFailsInsteadOfGivingWrongCo
         scanning.Measure(-1);
         EXPECT_EQ(TextOfFailure([&] { scanning.GetRecognizedSamples(); }), "Recognition impossible") << speed;
         EXPECT_GT(scanning.GetSamples().GetElementCount(), 24u);
+    }
+
+    // Wide grey fields drawn this fast keep only three or four readings clear of the blur, and
+    // the edges around a field can then meet in one.
+    const OrbelSim::NamedStrip& greys = BuiltinStrip("grey8");
+    const int expected = static_cast<int>(greys.patches.size()) - 2;
+    for (const double width : {14.0, 16.0}) {
+        for (int speed = 220; speed <= 290; speed += 10) {
+            const auto [patches, worst] = ScanWithRecognition(greys, Widened(greys, width), speed);
+            EXPECT_TRUE(patches == -1 || (patches == expected && worst < 0.5f))
+                << width << " mm at " << speed << " mm/s: " << patches << " patches, off by up to " << worst;
+        }
     }
 }
 
