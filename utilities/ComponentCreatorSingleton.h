@@ -2,11 +2,12 @@
 
 #include <concepts>
 #include <cstdint>
-#include <utility>
 #include <mutex>
+#include <utility>
 
 #include "utilities/Component.h"
 #include "utilities/ComponentCreatorBase.h"
+#include "utilities/ComponentRegistry.h"
 #include "utilities/SmartPointer.h"
 
 namespace Utilities {
@@ -14,6 +15,9 @@ namespace Utilities {
 // Makes one T at the first request and hands out that object ever after. The component isn't
 // adopted: a singleton doesn't tell its creator when it goes; its count is read from the
 // SmartPointer instead.
+// A plug-in module makes its creators with the registry that its entry point is handed, so that
+// they join the loading module's NamingService rather than the plug-in's own copy of it, and leave
+// it again when the module is unloaded.
 template<class T>
     requires std::derived_from<T, Component> && std::default_initializable<T>
 class ComponentCreatorSingleton : public ComponentCreatorBase {
@@ -25,7 +29,20 @@ public:
         Register();
     }
 
-    ~ComponentCreatorSingleton() override { Unregister(); }
+    ComponentCreatorSingleton(ComponentRegistry& registry, const char* name, const char* version, const char* category)
+        : descriptor(Describe(name, version, category, {})), registry(&registry)
+    {
+        registry.AddCreator(this);
+    }
+
+    ~ComponentCreatorSingleton() override
+    {
+        if (registry != nullptr) {
+            registry->RemoveCreator(this);
+        } else {
+            Unregister();
+        }
+    }
 
     ComponentDescriptor GetDescriptor() const override { return descriptor; }
 
@@ -56,6 +73,7 @@ public:
 
 private:
     const ComponentDescriptor descriptor;
+    ComponentRegistry* const registry = nullptr;
     mutable std::mutex lock;
     SmartPointer<T> instance;
 };
