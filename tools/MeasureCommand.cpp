@@ -27,15 +27,10 @@ std::string MeasureCommand::Examples() const
 
 std::vector<OptionSpec> MeasureCommand::Options() const
 {
-    std::vector<OptionSpec> options{
+    return MeasurementReader::Options({
         {"--mode", true, "MODE", "reflectance (default), emission or ambient"},
         {"--id", true, "NAME", "the sample's name in the output (default 1)"},
-        {"--substrate", true, "FILE", "the paper white for densities (see orbel substrate)"},
-    };
-    for (const auto& more : {MeasurementReader::Options(), ReportOutput::FormatOptions(), ReportOutput::PromptOptions()}) {
-        options.insert(options.end(), more.begin(), more.end());
-    }
-    return options;
+    });
 }
 
 int MeasureCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream& messages)

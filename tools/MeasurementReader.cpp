@@ -1,6 +1,7 @@
 #include "tools/MeasurementReader.h"
 
 #include "tools/Instrument.h"
+#include "tools/ReportOutput.h"
 
 namespace OrbelCli {
 
@@ -10,15 +11,17 @@ const char* const ColourSpaceKey = "ColorSpaceDescription.Type";
 
 }
 
-std::vector<OptionSpec> MeasurementReader::Options()
+std::vector<OptionSpec> MeasurementReader::Options(std::vector<OptionSpec> own)
 {
-    return {
+    own.insert(own.end(), {
+        {"--substrate", true, "FILE", "the paper white for densities (see orbel substrate)"},
         {"--illuminant", true, "NAME", "A, C, D50, D55, D65 (default), D75, F2, F7, F11, Emission ..."},
         {"--observer", true, "NAME", "TwoDegree (default) or TenDegree"},
         {"--colour-space", true, "NAME", "also report CIELCh, CIELuv, CIExyY, HunterLab, RGB ... (CIELab and CIEXYZ always)"},
         {"--white-base", true, "NAME", "Absolute, Paper or Automatic (default)"},
         {"--density-standard", true, "NAME", "DIN (default), DINNB, ANSIA, ANSIT, SPI"},
-    };
+    });
+    return ReportOutput::WithOutputOptions(std::move(own));
 }
 
 ColourOptions MeasurementReader::FromArguments(const Arguments& arguments)

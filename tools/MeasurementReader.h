@@ -14,7 +14,9 @@ namespace OrbelCli {
 
 class MeasurementReader {
 public:
-    static std::vector<OptionSpec> Options();
+    // A reading command's own options followed by the paper white, the colour options and the
+    // output and prompt options.
+    static std::vector<OptionSpec> Options(std::vector<OptionSpec> own);
     static ColourOptions FromArguments(const Arguments& arguments);
 
     explicit MeasurementReader(ColourOptions options);

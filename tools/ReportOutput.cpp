@@ -17,6 +17,14 @@ std::vector<OptionSpec> ReportOutput::FormatOptions()
     };
 }
 
+std::vector<OptionSpec> ReportOutput::WithOutputOptions(std::vector<OptionSpec> own)
+{
+    for (const auto& more : {FormatOptions(), PromptOptions()}) {
+        own.insert(own.end(), more.begin(), more.end());
+    }
+    return own;
+}
+
 std::vector<OptionSpec> ReportOutput::PromptOptions()
 {
     return {

@@ -17,8 +17,9 @@ class ReportOutput {
 public:
     static constexpr int DefaultWaitSeconds = 30;
 
-    static std::vector<OptionSpec> FormatOptions();
     static std::vector<OptionSpec> PromptOptions();
+    // A command's own options followed by the output and prompt options.
+    static std::vector<OptionSpec> WithOutputOptions(std::vector<OptionSpec> own);
     // Refuses a wrong --format before anything is measured.
     static void Validate(const Arguments& arguments);
     // Writes the report in the chosen format to out and the plot, if asked for, to its file.
@@ -28,6 +29,9 @@ public:
     static KeyPrompt Prompt(const Arguments& arguments, std::ostream& messages, Hand& hand);
     // The emission values of the last sample as notes: luminance and colour temperature.
     static void AddLightNotes(MeasurementReport& report);
+
+private:
+    static std::vector<OptionSpec> FormatOptions();
 };
 
 }

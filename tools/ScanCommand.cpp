@@ -25,15 +25,10 @@ std::string ScanCommand::Examples() const
 
 std::vector<OptionSpec> ScanCommand::Options() const
 {
-    std::vector<OptionSpec> options{
+    return MeasurementReader::Options({
         {"--recognition", false, "", "split the scan into the strip's patches"},
         {"--count", true, "N", "the number of readings the instrument takes"},
-        {"--substrate", true, "FILE", "the paper white for densities (see orbel substrate)"},
-    };
-    for (const auto& more : {MeasurementReader::Options(), ReportOutput::FormatOptions(), ReportOutput::PromptOptions()}) {
-        options.insert(options.end(), more.begin(), more.end());
-    }
-    return options;
+    });
 }
 
 int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream& messages)

@@ -24,14 +24,10 @@ std::string SubstrateCommand::Examples() const
 
 std::vector<OptionSpec> SubstrateCommand::Options() const
 {
-    std::vector<OptionSpec> options{
+    return ReportOutput::WithOutputOptions({
         {"--output", true, "FILE", "where to write the measured paper white"},
         {"--load", true, "FILE", "load a paper white instead of measuring one"},
-    };
-    for (const auto& more : {ReportOutput::FormatOptions(), ReportOutput::PromptOptions()}) {
-        options.insert(options.end(), more.begin(), more.end());
-    }
-    return options;
+    });
 }
 
 int SubstrateCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream& messages)
