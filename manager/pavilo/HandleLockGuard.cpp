@@ -19,9 +19,14 @@ bool HandleLockGuard::Acquire(unsigned long timeoutMs)
     return held;
 }
 
-void HandleLockGuard::Adopt()
+DeviceDriver::SpectrumData HandleLockGuard::FetchResult()
 {
     held = true;
+    DeviceDriver::SpectrumData result;
+    if (!handle.GetResult(result)) {
+        FailWithLastError();
+    }
+    return result;
 }
 
 void HandleLockGuard::KeepHeld()

@@ -16,8 +16,9 @@ public:
 
     // False when the lock wasn't had within the handle's time-out.
     bool Acquire(unsigned long timeoutMs = DeviceDriver::MeasurementHandle::lockTimeoutMs);
-    // Takes over the lock that an earlier operation of this thread left held.
-    void Adopt();
+    // Takes over the lock that the measurement left held and fetches its spectrum; the lock goes
+    // with the guard.
+    DeviceDriver::SpectrumData FetchResult();
     // Leaves the lock held beyond the guard, for the operation that fetches the result.
     void KeepHeld();
     // Throws the handle's last error as an ExceptionHviModule; the lock goes on the way out.

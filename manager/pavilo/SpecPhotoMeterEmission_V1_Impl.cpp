@@ -3,7 +3,6 @@
 #include <cstdint>
 
 #include "driver/ConfigurationData.h"
-#include "driver/SpectrumData.h"
 #include "manager/ExceptionHviModule.h"
 #include "manager/pavilo/PhysicalConditionItems.h"
 #include "utilities/LanguageTranslator.h"
@@ -58,12 +57,7 @@ void SpecPhotoMeterEmission_V1_Impl::Measure()
 CMetry::HvSpectrum SpecPhotoMeterEmission_V1_Impl::GetSample()
 {
     HandleLockGuard guard(AccessibleHandle());
-    guard.Adopt();
-    DeviceDriver::SpectrumData spectrumData;
-    if (!handle->GetResult(spectrumData)) {
-        guard.FailWithLastError();
-    }
-    return CMetry::HvSpectrum(spectrumData.Load(), conditions);
+    return CMetry::HvSpectrum(guard.FetchResult().Load(), conditions);
 }
 
 CMetry::HvMeasureConditions SpecPhotoMeterEmission_V1_Impl::GetConditions()

@@ -1,6 +1,5 @@
 #include "manager/pavilo/SpecPhotoMeterReflectance_V1_Impl.h"
 
-#include "driver/SpectrumData.h"
 #include "manager/ExceptionHviModule.h"
 #include "utilities/LanguageTranslator.h"
 
@@ -53,12 +52,7 @@ void SpecPhotoMeterReflectance_V1_Impl::Measure()
 CMetry::HvSpectrum SpecPhotoMeterReflectance_V1_Impl::GetSample()
 {
     HandleLockGuard guard(AccessibleHandle());
-    guard.Adopt();
-    DeviceDriver::SpectrumData spectrumData;
-    if (!handle->GetResult(spectrumData)) {
-        guard.FailWithLastError();
-    }
-    return CMetry::HvSpectrum(spectrumData.Load(), conditions);
+    return CMetry::HvSpectrum(guard.FetchResult().Load(), conditions);
 }
 
 void SpecPhotoMeterReflectance_V1_Impl::Calibrate()
