@@ -2,67 +2,32 @@
 
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "driver/ScaledTimeBase.h"
-#include "driver/TimeBase.h"
+#include "bench/BenchInstrument.h"
 #include "include/orbel.h"
 
 namespace {
 
-// A virtual instrument at time scale 0 in a directory of its own, for the life of the program.
-// The directories are named before the first exported call, which is what finds them.
-class ApiBenchInstrument {
-public:
-    ApiBenchInstrument()
-        : directory(std::filesystem::temp_directory_path() / ("orbel-api-bench-" + std::to_string(::getpid())))
-    {
-        std::filesystem::create_directories(directory / "locks");
-        ::setenv("ORBEL_SIM_DIR", directory.c_str(), 1);
-        ::setenv("ORBEL_LOCK_DIR", (directory / "locks").c_str(), 1);
-        DeviceDriver::TimeBase::Replace(Utilities::SmartPointer<DeviceDriver::TimeBase>(
-            new DeviceDriver::ScaledTimeBase(DeviceDriver::TimeBase::System(), 1000.0)));
-        started = Sim("start --noise off --time-scale 0 > /dev/null") == 0;
-    }
-
-    ~ApiBenchInstrument()
-    {
-        Sim("stop > /dev/null");
-        std::error_code ignored;
-        std::filesystem::remove_all(directory, ignored);
-    }
-
-    bool Started() const { return started; }
-
-    bool Place(const std::string& target) const { return Sim("place " + target + " > /dev/null") == 0; }
-
-private:
-    int Sim(const std::string& arguments) const
-    {
-        const std::string command = "ORBEL_SIM_DIR=" + directory.string() + " " + ORBEL_SIM_BINARY + " " + arguments;
-        return std::system(command.c_str());
-    }
-
-    std::filesystem::path directory;
-    bool started = false;
-};
-
-ApiBenchInstrument& Instrument()
+OrbelBench::BenchInstrument& Instrument()
 {
-    static ApiBenchInstrument instrument;
+    static OrbelBench::BenchInstrument instrument("orbel-api-bench");
     return instrument;
+}
+
+bool Place(const std::string& target)
+{
+    return Instrument().Command("place " + target);
 }
 
 // A calibrated instrument in mode 3 with one sample held.
 bool PrepareReflectance()
 {
     return Instrument().Started() && OB_IsConnected() == OB_NoError &&
-           OB_SetOption("MeasurementMode", "SingleReflectance") == OB_NoError && Instrument().Place("tile") &&
-           OB_Calibrate() == OB_NoError && Instrument().Place("sample:tcs01") && OB_TriggerMeasurement() == OB_NoError;
+           OB_SetOption("MeasurementMode", "SingleReflectance") == OB_NoError && Place("tile") &&
+           OB_Calibrate() == OB_NoError && Place("sample:tcs01") && OB_TriggerMeasurement() == OB_NoError;
 }
 
 // The first call of a process creates the device object, takes the process lock and opens the

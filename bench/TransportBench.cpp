@@ -1,16 +1,12 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <unistd.h>
-#include <vector>
 
+#include "bench/BenchInstrument.h"
 #include "driver/PaviloFunctionality.h"
-#include "driver/ScaledTimeBase.h"
-#include "driver/TimeBase.h"
 
 using DeviceDriver::PaviloFunctionality;
 
@@ -20,56 +16,26 @@ namespace {
 constexpr double instrumentPacketsPerSecond = 1.0 / (100 * 68e-6);
 constexpr std::uint32_t stripMeasurements = 2000;
 
-// A virtual instrument at time scale 0 in a directory of its own, for the life of the program.
-class BenchInstrument {
-public:
-    BenchInstrument()
-        : directory(std::filesystem::temp_directory_path() / ("orbel-bench-" + std::to_string(::getpid())))
-    {
-        std::filesystem::create_directories(directory / "locks");
-        ::setenv("ORBEL_SIM_DIR", directory.c_str(), 1);
-        ::setenv("ORBEL_LOCK_DIR", (directory / "locks").c_str(), 1);
-        DeviceDriver::TimeBase::Replace(Utilities::SmartPointer<DeviceDriver::TimeBase>(
-            new DeviceDriver::ScaledTimeBase(DeviceDriver::TimeBase::System(), 1000.0)));
-        started = Sim("start --noise off --time-scale 0 > /dev/null") == 0;
-        WriteStrip();
-    }
-
-    ~BenchInstrument()
-    {
-        Sim("stop > /dev/null");
-        std::error_code ignored;
-        std::filesystem::remove_all(directory, ignored);
-    }
-
-    bool Started() const { return started; }
-
-    // Set before each scan: a strip is drawn once.
-    bool DrawStrip() const { return Sim("strip " + (directory / "strip.txt").string() + " --speed 100") == 0; }
-
-private:
-    int Sim(const std::string& arguments) const { return std::system((std::string(ORBEL_SIM_BINARY) + " " + arguments).c_str()); }
-
-    void WriteStrip() const
-    {
-        std::ofstream out(directory / "strip.txt");
-        for (int patch = 0; patch < 2; ++patch) {
-            out << (stripMeasurements - 1) * 0.68 + 0.3;
-            for (int value = 0; value < 36; ++value) {
-                out << " 0.5";
-            }
-            out << "\n";
-        }
-    }
-
-    std::filesystem::path directory;
-    bool started = false;
-};
-
-BenchInstrument& Instrument()
+OrbelBench::BenchInstrument& Instrument()
 {
-    static BenchInstrument instrument;
+    static OrbelBench::BenchInstrument instrument("orbel-bench");
     return instrument;
+}
+
+// Two patches of one colour, so long that the hand makes a strip of the measurements wanted.
+bool DrawStrip()
+{
+    const std::filesystem::path file = Instrument().Directory() / "strip.txt";
+    std::ofstream out(file);
+    for (int patch = 0; patch < 2; ++patch) {
+        out << (stripMeasurements - 1) * 0.68 + 0.3;
+        for (int value = 0; value < 36; ++value) {
+            out << " 0.5";
+        }
+        out << "\n";
+    }
+    out.close();
+    return Instrument().Command("strip " + file.string() + " --speed 100");
 }
 
 // Opening a connection and loading the EEPROM image, as the first use of an instrument does.
@@ -110,7 +76,7 @@ void BM_StripThroughput(benchmark::State& state)
     std::uint64_t packets = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        Instrument().DrawStrip();
+        DrawStrip();
         functionality.SetMeasureParameters(100, 0, 1, 0x01);
         state.ResumeTiming();
         functionality.StartScan(sizeof packet, 5);
