@@ -210,7 +210,14 @@ TEST_F(OrbelTest, ScanningGivesRawPositionsOrRecognisedPatches)
     Sim({"strip", "builtin:grey8"});
     ASSERT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
     const int32_t patches = OB_GetNumberOfAvailableSamples();
-    EXPECT_GE(patches, 1);
+    EXPECT_EQ(patches, 8);
+
+    // Too fast for its 12 mm patches: refused, never patches of the wrong colours, and the
+    // patches of the scan before stay readable.
+    Sim({"strip", "builtin:grey8", "--speed", "300"});
+    EXPECT_EQ(OB_TriggerMeasurement(), OB_StripRecognitionFailed);
+    EXPECT_NE(LastError().find("Recognition impossible"), std::string::npos) << LastError();
+    EXPECT_EQ(OB_GetNumberOfAvailableSamples(), patches);
 
     ASSERT_EQ(OB_SetOption("Recognition", "no"), OB_NoError);
     Sim({"strip", "builtin:grey8"});
