@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "driver/ConditionItems.h"
 #include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
@@ -67,14 +68,14 @@ Utilities::String AmbientLightHandle::GetMode()
 Utilities::Vector<long>& AmbientLightHandle::MeasureDark(Utilities::Vector<long>& row)
 {
     MeasurementHandle::MeasureDark(row);
-    const SavedItems saved{ConditionU32(lampOffItem), ConditionU32(replacementCountItem),
-                           ConditionFloat(integrationTimeItem), ConditionU32(gainItem), ConditionU32(countItem)};
+    const SavedItems saved{ConditionU32(ConditionItems::lampOffDuringMeasurement), ConditionU32(ConditionItems::countFromReplacementItem),
+                           ConditionFloat(ConditionItems::integrationTime), ConditionU32(ConditionItems::gain), ConditionU32(ConditionItems::count)};
     auto restore = [this, &saved] {
-        SetConditionU32(lampOffItem, saved.lampOff);
-        SetConditionU32(replacementCountItem, saved.replacementCount);
-        SetConditionFloat(integrationTimeItem, saved.integrationTime);
-        SetConditionU32(gainItem, saved.gain);
-        SetConditionU32(countItem, saved.count);
+        SetConditionU32(ConditionItems::lampOffDuringMeasurement, saved.lampOff);
+        SetConditionU32(ConditionItems::countFromReplacementItem, saved.replacementCount);
+        SetConditionFloat(ConditionItems::integrationTime, saved.integrationTime);
+        SetConditionU32(ConditionItems::gain, saved.gain);
+        SetConditionU32(ConditionItems::count, saved.count);
     };
     try {
         MeasureGridDarks();
@@ -126,8 +127,8 @@ bool AmbientLightHandle::MeasureType(const Utilities::String& type)
 
 void AmbientLightHandle::MeasureGridDarks()
 {
-    SetConditionU32(lampOffItem, 1);
-    SetConditionU32(replacementCountItem, 0);
+    SetConditionU32(ConditionItems::lampOffDuringMeasurement, 1);
+    SetConditionU32(ConditionItems::countFromReplacementItem, 0);
     for (std::size_t index = 0; index < gridSize; ++index) {
         UseSetting(index);
         SensorData sensor;
@@ -138,8 +139,8 @@ void AmbientLightHandle::MeasureGridDarks()
 
 void AmbientLightHandle::MeasureGridSingle()
 {
-    const bool adapt = ConditionU32(adaptItem) != 0;
-    std::size_t index = NearestSetting(ConditionFloat(integrationTimeItem), ConditionU32(gainItem));
+    const bool adapt = ConditionU32(ConditionItems::adaptIntegrationTime) != 0;
+    std::size_t index = NearestSetting(ConditionFloat(ConditionItems::integrationTime), ConditionU32(ConditionItems::gain));
     if (adapt) {
         UseSetting(0);
         SensorData probe;
@@ -159,9 +160,9 @@ void AmbientLightHandle::MeasureGridSingle()
 
 void AmbientLightHandle::UseSetting(std::size_t index)
 {
-    SetConditionFloat(integrationTimeItem, grid[index].integrationTime);
-    SetConditionU32(gainItem, grid[index].gain);
-    SetConditionU32(countItem, grid[index].count);
+    SetConditionFloat(ConditionItems::integrationTime, grid[index].integrationTime);
+    SetConditionU32(ConditionItems::gain, grid[index].gain);
+    SetConditionU32(ConditionItems::count, grid[index].count);
 }
 
 float AmbientLightHandle::EffectiveTime(float integrationTime, uint32_t gain) const

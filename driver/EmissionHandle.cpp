@@ -1,5 +1,7 @@
 #include "driver/EmissionHandle.h"
 
+#include "driver/ConditionItems.h"
+
 namespace DeviceDriver {
 
 namespace {
@@ -50,15 +52,15 @@ bool EmissionHandle::MeasureType(const Utilities::String& type)
 
 void EmissionHandle::MeasureAdaptedSingle(const Utilities::String& mode)
 {
-    const bool adapt = ConditionU32(adaptItem) != 0;
+    const bool adapt = ConditionU32(ConditionItems::adaptIntegrationTime) != 0;
     SensorData sensor;
     MeasureSensor(sensor);
     if (calculation->IsSaturated(sensor) && adapt) {
         const float probeTime = calculation->MinIntegrationTime() * probeTimeFactor;
-        SetConditionFloat(integrationTimeItem, probeTime);
+        SetConditionFloat(ConditionItems::integrationTime, probeTime);
         SensorData probe;
         MeasureSensor(probe);
-        SetConditionFloat(integrationTimeItem, calculation->NewIntegrationTime(probe, probeTime, 1.0f, true));
+        SetConditionFloat(ConditionItems::integrationTime, calculation->NewIntegrationTime(probe, probeTime, 1.0f, true));
         Raise("New integration time calculated. Please measure again dark.");
     }
     if (calculation->IsSaturated(sensor)) {

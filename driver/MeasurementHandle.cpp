@@ -4,6 +4,7 @@
 #include <mutex>
 #include <string>
 
+#include "driver/ConditionItems.h"
 #include "driver/platform/Timing_PC.h"
 #include "utilities/Exception.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -242,10 +243,10 @@ void MeasurementHandle::MeasureStrip(SensorDataFifo& fifo)
 Utilities::Vector<long>& MeasurementHandle::MeasureDark(Utilities::Vector<long>& row)
 {
     RequireOpen();
-    const uint32_t lampOff = ConditionU32(lampOffItem);
-    const uint32_t replacementCount = ConditionU32(replacementCountItem);
-    SetConditionU32(lampOffItem, 1);
-    SetConditionU32(replacementCountItem, 0);
+    const uint32_t lampOff = ConditionU32(ConditionItems::lampOffDuringMeasurement);
+    const uint32_t replacementCount = ConditionU32(ConditionItems::countFromReplacementItem);
+    SetConditionU32(ConditionItems::lampOffDuringMeasurement, 1);
+    SetConditionU32(ConditionItems::countFromReplacementItem, 0);
     SensorData sensor;
     try {
         MeasureSensor(sensor);
@@ -374,8 +375,8 @@ void MeasurementHandle::SendConditionsBeforeDetach()
 
 void MeasurementHandle::RestoreLampItems(uint32_t lampOff, uint32_t replacementCount)
 {
-    SetConditionU32(lampOffItem, lampOff);
-    SetConditionU32(replacementCountItem, replacementCount);
+    SetConditionU32(ConditionItems::lampOffDuringMeasurement, lampOff);
+    SetConditionU32(ConditionItems::countFromReplacementItem, replacementCount);
 }
 
 }

@@ -67,14 +67,6 @@ public:
     ConfigurationData& Conditions() { return conditions; }
 
 protected:
-    // The condition items that the handles set between measurements.
-    static constexpr uint16_t lampOffItem = 2000;
-    static constexpr uint16_t gainItem = 2002;
-    static constexpr uint16_t replacementCountItem = 2008;
-    static constexpr uint16_t integrationTimeItem = 2009;
-    static constexpr uint16_t countItem = 2010;
-    static constexpr uint16_t adaptItem = 2011;
-
     static const char* const noError;
     static const char* const notOpen;
     static const char* const handleNotOpen;

@@ -1,5 +1,6 @@
 #include "driver/RemissionHandle.h"
 
+#include "driver/ConditionItems.h"
 #include "driver/platform/Timing_PC.h"
 #include "utilities/ExceptionOutOfBound.h"
 
@@ -143,13 +144,13 @@ void RemissionHandle::UseStoredWhite()
     uint16_t filter = 0;
     calculation->CalculateWhite(white, filter, true, 1.0f);
     driver->SetState(filterState, filter);
-    SetConditionFloat(integrationTimeItem, integrationTime);
-    SetConditionU32(gainItem, gain);
+    SetConditionFloat(ConditionItems::integrationTime, integrationTime);
+    SetConditionU32(ConditionItems::gain, gain);
 }
 
 void RemissionHandle::CalibrationSteps()
 {
-    const bool adapt = ConditionU32(adaptItem) != 0;
+    const bool adapt = ConditionU32(ConditionItems::adaptIntegrationTime) != 0;
     KeepSpacing();
     Utilities::Vector<long> darkRow;
     MeasureDark(darkRow);
@@ -175,11 +176,11 @@ void RemissionHandle::AdaptAndMeasureWhiteAgain(Utilities::Vector<long>& darkRow
                                                 uint16_t& filter)
 {
     const float shortest = calculation->MinIntegrationTime();
-    SetConditionFloat(integrationTimeItem, shortest);
+    SetConditionFloat(ConditionItems::integrationTime, shortest);
     Sleep(settleSleepMs);
     SensorData probe;
     MeasureSensor(probe);
-    SetConditionFloat(integrationTimeItem, calculation->NewIntegrationTime(probe, shortest, 1.0f, true));
+    SetConditionFloat(ConditionItems::integrationTime, calculation->NewIntegrationTime(probe, shortest, 1.0f, true));
     Sleep(settleSleepMs);
     MeasureDark(darkRow);
     sensor = SensorData();

@@ -1,5 +1,6 @@
 #include "driver/RemissionScanHandle.h"
 
+#include "driver/ConditionItems.h"
 #include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
@@ -79,16 +80,16 @@ void RemissionScanHandle::CalculateStrip(SensorDataFifo& strip)
 
 void RemissionScanHandle::CalibrationSteps()
 {
-    const bool adapt = ConditionU32(adaptItem) != 0;
-    const uint32_t count = ConditionU32(countItem);
-    SetConditionU32(countItem, whiteRepeats);
+    const bool adapt = ConditionU32(ConditionItems::adaptIntegrationTime) != 0;
+    const uint32_t count = ConditionU32(ConditionItems::count);
+    SetConditionU32(ConditionItems::count, whiteRepeats);
     Sleep(countChangeSleepMs);
     if (adapt) {
         AdaptToHalfLevel();
     }
     Utilities::Vector<long> darkRow;
     MeasureDark(darkRow);
-    SetConditionU32(countItem, count);
+    SetConditionU32(ConditionItems::count, count);
     SensorData sensor;
     MeasureSensor(sensor);
     uint16_t filter = 0;
@@ -99,14 +100,14 @@ void RemissionScanHandle::CalibrationSteps()
 void RemissionScanHandle::AdaptToHalfLevel()
 {
     const float shortest = calculation->MinIntegrationTime();
-    SetConditionFloat(integrationTimeItem, shortest);
+    SetConditionFloat(ConditionItems::integrationTime, shortest);
     SensorData probe;
     MeasureSensor(probe);
     float time = calculation->NewIntegrationTime(probe, shortest, halfLevel, true);
     if (time < shortestStripTime) {
         time = shortestStripTime;
     }
-    SetConditionFloat(integrationTimeItem, time);
+    SetConditionFloat(ConditionItems::integrationTime, time);
     Sleep(settleSleepMs);
 }
 

@@ -1,5 +1,6 @@
 #include "driver/TransmissionHandle.h"
 
+#include "driver/ConditionItems.h"
 #include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
@@ -52,17 +53,17 @@ void TransmissionHandle::MeasureSingle()
 
 void TransmissionHandle::ReferenceSteps()
 {
-    const bool adapt = ConditionU32(adaptItem) != 0;
+    const bool adapt = ConditionU32(ConditionItems::adaptIntegrationTime) != 0;
     SensorData sensor;
     MeasureSensor(sensor);
     if (calculation->CalculateReference(sensor) || !adapt) {
         return;
     }
     const float shortest = calculation->MinIntegrationTime();
-    SetConditionFloat(integrationTimeItem, shortest);
+    SetConditionFloat(ConditionItems::integrationTime, shortest);
     SensorData probe;
     MeasureSensor(probe);
-    SetConditionFloat(integrationTimeItem, calculation->NewIntegrationTime(probe, shortest, 1.0f, true));
+    SetConditionFloat(ConditionItems::integrationTime, calculation->NewIntegrationTime(probe, shortest, 1.0f, true));
 }
 
 }

@@ -2,6 +2,7 @@
 
 #include "cmetry/HvSpectrum.h"
 #include "manager/ExceptionHviModule.h"
+#include "manager/pavilo/PhysicalConditionItems.h"
 #include "manager/pavilo/RecognitionMarvane.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/LanguageTranslator.h"
@@ -14,6 +15,7 @@ using DeviceDriver::ConfigurationData;
 using DeviceDriver::RemissionScanHandle;
 using DeviceDriver::SpectrumData;
 using Utilities::SmartPointer;
+using Items = PhysicalConditionItems;
 
 namespace {
 
@@ -21,43 +23,31 @@ constexpr uint16_t stateFilter = 30005;
 constexpr long filterUVCut = 2;
 constexpr float lampSeconds = 0.15028f;
 
-void SetU32(ConfigurationData& items, uint16_t id, uint32_t value)
-{
-    items.SetU32(id, value);
-    items.Mark(id, true);
-}
-
-void SetFloat(ConfigurationData& items, uint16_t id, float value)
-{
-    items.SetFloat(id, value);
-    items.Mark(id, true);
-}
-
 // Ten readings a position unless the client gives its own count, which the instrument takes
-// from item 9189.
+// from the replacement item.
 void SetScanItems(ConfigurationData& items, int32_t count)
 {
-    SetFloat(items, 2001, lampSeconds);
-    SetU32(items, 2010, 10);
-    SetU32(items, 2003, 0);
-    SetU32(items, 2000, 0);
-    SetU32(items, 2002, 1);
-    SetU32(items, 2008, 1);
-    SetU32(items, 2011, 0);
-    SetU32(items, 9189, static_cast<uint32_t>(count));
+    Items::SetMarkedFloat(items, Items::lampTime, lampSeconds);
+    Items::SetMarkedU32(items, Items::count, 10);
+    Items::SetMarkedU32(items, Items::lampOnAfterMeasurement, 0);
+    Items::SetMarkedU32(items, Items::lampOffDuringMeasurement, 0);
+    Items::SetMarkedU32(items, Items::gain, 1);
+    Items::SetMarkedU32(items, Items::countFromReplacementItem, 1);
+    Items::SetMarkedU32(items, Items::adaptIntegrationTime, 0);
+    Items::SetMarkedU32(items, Items::replacementCount, static_cast<uint32_t>(count));
 }
 
 // A hundred readings at an integration time that the instrument adapts.
 void SetCalibrationItems(ConfigurationData& items)
 {
-    SetFloat(items, 2001, lampSeconds);
-    SetFloat(items, 2009, 0.0204f);
-    SetU32(items, 2010, 100);
-    SetU32(items, 2003, 0);
-    SetU32(items, 2000, 0);
-    SetU32(items, 2002, 1);
-    SetU32(items, 2008, 0);
-    SetU32(items, 2011, 1);
+    Items::SetMarkedFloat(items, Items::lampTime, lampSeconds);
+    Items::SetMarkedFloat(items, Items::integrationTime, 0.0204f);
+    Items::SetMarkedU32(items, Items::count, 100);
+    Items::SetMarkedU32(items, Items::lampOnAfterMeasurement, 0);
+    Items::SetMarkedU32(items, Items::lampOffDuringMeasurement, 0);
+    Items::SetMarkedU32(items, Items::gain, 1);
+    Items::SetMarkedU32(items, Items::countFromReplacementItem, 0);
+    Items::SetMarkedU32(items, Items::adaptIntegrationTime, 1);
 }
 
 Utilities::String Translated(const char* text)
