@@ -7,44 +7,13 @@
 
 #include "driver/BasicData.h"
 #include "driver/DarkData.h"
-#include "driver/SpectrumData.h"
-#include "driver/WhiteData.h"
-#include "tests/utilities/FailureText.h"
-#include "utilities/ExceptionOutOfBound.h"
-#include "utilities/Vector.h"
+#include "tests/driver/VectorLists.h"
 
 using DeviceDriver::BasicData;
 using DeviceDriver::DarkData;
-using DeviceDriver::SpectrumData;
-using DeviceDriver::WhiteData;
-using Utilities::ExceptionOutOfBound;
-using Utilities::Vector;
+using namespace DeviceDriverTest;
 
 namespace {
-
-std::string OutOfBoundText(const std::function<void()>& action)
-{
-    return FailureText<ExceptionOutOfBound>(action);
-}
-
-Vector<float> Floats(std::initializer_list<float> values)
-{
-    Vector<float> vector(values.size());
-    unsigned long i = 0;
-    for (float value : values) {
-        vector[i++] = value;
-    }
-    return vector;
-}
-
-std::vector<float> AsStd(const Vector<float>& row)
-{
-    std::vector<float> result;
-    for (unsigned long i = 0; i < row.Size(); ++i) {
-        result.push_back(row[i]);
-    }
-    return result;
-}
 
 BasicData Series(std::initializer_list<std::initializer_list<float>> rows, uint32_t gain = 1,
                  float integrationTime = 0.1f)
@@ -54,7 +23,7 @@ BasicData Series(std::initializer_list<std::initializer_list<float>> rows, uint3
     data.SetIntegrationTime(integrationTime);
     data.Resize(rows.size());
     for (auto row : rows) {
-        data.Store(Floats(row));
+        data.Store(VectorOf<float>(row));
         data.NextRow();
     }
     data.FirstRow();
@@ -79,17 +48,17 @@ TEST(BasicDataTest, RowsAreReachedThroughTheCurrentRow)
 {
     BasicData data;
     EXPECT_FALSE(data.IsValid());
-    EXPECT_EQ(OutOfBoundText([&] { data.Store(Floats({1})); }), "Unable to store data");
+    EXPECT_EQ(OutOfBoundText([&] { data.Store(VectorOf<float>({1})); }), "Unable to store data");
     EXPECT_EQ(OutOfBoundText([&] { data.Load(); }), "Unable to load data");
 
     data.Resize(3);
     EXPECT_TRUE(data.IsValid());
     EXPECT_EQ(data.Load().Size(), 0u) << "new rows are empty";
-    data.Store(Floats({1, 2}));
+    data.Store(VectorOf<float>({1, 2}));
     data.NextRow();
-    data.Store(Floats({3}));
+    data.Store(VectorOf<float>({3}));
     data.NextRow();
-    data.Store(Floats({5}));
+    data.Store(VectorOf<float>({5}));
     data.NextRow();
     data.NextRow();
     EXPECT_EQ(data.CurrentRow(), 2u) << "NextRow stays on the last row";
@@ -156,21 +125,6 @@ TEST(BasicDataTest, DivideStopsAtTheFirstZeroAndKeepsWhatItDivided)
 
     sample.Divide(Series({{4, 3, 10, 3}}));
     EXPECT_EQ(AsStd(sample.Load()), (std::vector<float>{1, 1, 1, 4}));
-}
-
-TEST(BasicDataTest, ASingleRowWhiteServesEveryMeasurement)
-{
-    WhiteData white(Series({{2, 4}}));
-    SpectrumData first(Series({{1, 1}}));
-    SpectrumData second(Series({{3, 3}}));
-
-    first.Multiply(white);
-    white.NextRow();
-    second.Multiply(white);
-    white.NextRow();
-    EXPECT_EQ(AsStd(first.Load()), (std::vector<float>{2, 4}));
-    EXPECT_EQ(AsStd(second.Load()), (std::vector<float>{6, 12}));
-    EXPECT_TRUE(white.IsValid());
 }
 
 TEST(BasicDataTest, DarkLimitWidensForGainZeroAndVeryLongIntegrationTimes)

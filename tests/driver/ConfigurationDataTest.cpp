@@ -1,52 +1,22 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "driver/ConfigurationData.h"
 #include "driver/DataMember.h"
-#include "tests/utilities/FailureText.h"
-#include "utilities/ExceptionOutOfBound.h"
+#include "tests/driver/VectorLists.h"
 #include "utilities/MapIterator.h"
 #include "utilities/String.h"
 #include "utilities/Vector.h"
 
 using DeviceDriver::ConfigurationData;
 using DeviceDriver::DataMember;
-using Utilities::ExceptionOutOfBound;
 using Utilities::String;
 using Utilities::Vector;
-
-namespace {
-
-std::string OutOfBoundText(const std::function<void()>& action)
-{
-    return FailureText<ExceptionOutOfBound>(action);
-}
-
-Vector<long> Longs(std::initializer_list<long> values)
-{
-    Vector<long> vector(values.size());
-    unsigned long i = 0;
-    for (long value : values) {
-        vector[i++] = value;
-    }
-    return vector;
-}
-
-std::vector<uint16_t> AsStd(const Vector<uint16_t>& ids)
-{
-    std::vector<uint16_t> result;
-    for (unsigned long i = 0; i < ids.Size(); ++i) {
-        result.push_back(ids[i]);
-    }
-    return result;
-}
-
-}
+using namespace DeviceDriverTest;
 
 TEST(ConfigurationDataTest, MissingItemsRaiseTheirTexts)
 {
@@ -91,7 +61,7 @@ TEST(ConfigurationDataTest, SettersClearTheMarkAndGettersClearItOnlyWhenAsked)
     EXPECT_EQ(data.MarkedIds().Size(), 0u);
 
     data.SetU32(2000, 1);
-    data.SetU32Vector(1002, Longs({1, 4, 8}));
+    data.SetU32Vector(1002, VectorOf<long>({1, 4, 8}));
     data.MarkAll(true);
     EXPECT_EQ(data.MarkedIds().Size(), 3u);
     data.SetU32(2000, 0);
@@ -108,7 +78,7 @@ TEST(ConfigurationDataTest, TypesAndSizesFollowTheLastSetter)
 {
     ConfigurationData data;
     data.SetU32(1205, 2500);
-    data.SetU32Vector(1003, Longs({3, 4, 3}));
+    data.SetU32Vector(1003, VectorOf<long>({3, 4, 3}));
     data.SetFloat(1221, 0.0068f);
     data.SetFloatVector(1100, Vector<float>(36));
 
@@ -143,7 +113,7 @@ TEST(ConfigurationDataTest, U32ItemsHoldThirtyTwoBitWords)
     data.GetU32Vector(1211, words);
     EXPECT_EQ(words[0], -1);
 
-    data.SetU32Vector(10010, Longs({4294967295L, -2, 1200, 0x80000000L}));
+    data.SetU32Vector(10010, VectorOf<long>({4294967295L, -2, 1200, 0x80000000L}));
     data.GetU32Vector(10010, words);
     EXPECT_EQ(words[0], -1);
     EXPECT_EQ(words[1], -2);
@@ -174,8 +144,6 @@ TEST(ConfigurationDataTest, IdsFollowTheIterationOrderAndSkipKeysThatAreNoNumber
 
 TEST(ConfigurationDataTest, CopiesTakeTheNameAndStandAlone)
 {
-    EXPECT_EQ(std::string(ConfigurationData().Name().CString()), "Unknown");
-
     ConfigurationData original("PhysicalConditions");
     original.SetFloat(2001, 0.15028f);
     ConfigurationData copy(original);

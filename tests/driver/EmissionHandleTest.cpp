@@ -21,17 +21,6 @@ constexpr std::uint16_t adapt = 2011;
 constexpr std::uint16_t lampOff = 2000;
 constexpr std::uint16_t gain = 2002;
 
-std::string Text(const Utilities::String& text)
-{
-    return text.ToStdString();
-}
-
-Utilities::Vector<float> FirstRow(SpectrumData spectrum)
-{
-    spectrum.FirstRow();
-    return spectrum.Load();
-}
-
 // Within the tolerance of the truth, times the scale, wherever the truth is above a twentieth of its
 // peak.
 void ExpectRadiance(const Utilities::Vector<float>& measured, const OrbelSim::NamedSpectrum& truth, double tolerance,

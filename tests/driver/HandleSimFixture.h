@@ -1,6 +1,6 @@
 #pragma once
-// Handles on the virtual instrument: a connected, open handle and the few condition items the
-// tests change.
+// Handles on the virtual instrument: a connected, open handle, the few condition items the tests
+// change, and the texts and spectra that come back.
 
 #include <cstdint>
 #include <string>
@@ -49,6 +49,14 @@ protected:
         std::uint32_t value = 0;
         conditions.GetU32(id, value);
         return value;
+    }
+
+    static std::string Text(const Utilities::String& text) { return text.ToStdString(); }
+
+    static Utilities::Vector<float> FirstRow(DeviceDriver::SpectrumData spectrum)
+    {
+        spectrum.FirstRow();
+        return spectrum.Load();
     }
 
     void Place(const std::string& target) { sim.Command({"place", target}); }

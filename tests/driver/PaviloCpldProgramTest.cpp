@@ -1,7 +1,4 @@
 #include <cstdint>
-#include <functional>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -9,7 +6,7 @@
 #include "driver/CpldProgramRegistry.h"
 #include "driver/PaviloLowLevelDriver.h"
 #include "tests/driver/PaviloSimFixture.h"
-#include "utilities/ExceptionOutOfBound.h"
+#include "tests/driver/VectorLists.h"
 
 namespace DeviceDriverTest {
 
@@ -19,16 +16,6 @@ using DeviceDriver::CpldStep;
 using DeviceDriver::PaviloLowLevelDriver;
 
 namespace {
-
-std::string FailureOf(const std::function<void()>& work)
-{
-    try {
-        work();
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        return failure.Text()->ToStdString();
-    }
-    return "no failure";
-}
 
 CpldStep Written(std::uint16_t registerNumber, std::uint16_t value)
 {
@@ -73,14 +60,14 @@ TEST_F(PaviloCpldProgramTest, StepsAreWrittenAndVerifiedUnderTheirMask)
     EXPECT_NE(0u, passing);
     EXPECT_NE(passing, failing);
     EXPECT_NO_THROW(Run(passing));
-    EXPECT_EQ("CPLD Error: Programming failed", FailureOf([&] { Run(failing); }));
+    EXPECT_EQ("CPLD Error: Programming failed", OutOfBoundText([&] { Run(failing); }));
     sim.Command({"fault", "control-timeout", "--count", "1"});
-    EXPECT_EQ(0u, FailureOf([&] { Run(passing); }).find("Conditions Error: "));
+    EXPECT_EQ(0u, OutOfBoundText([&] { Run(passing); }).find("Conditions Error: "));
     EXPECT_EQ(1u, Counter("last_reset"));
     CpldProgramRegistry::Remove(passing);
     CpldProgramRegistry::Remove(failing);
-    EXPECT_EQ("CPLD Error: Program not found", FailureOf([&] { Run(passing); }));
-    EXPECT_EQ("CPLD Error: Program not found", FailureOf([&] { Run(0); }));
+    EXPECT_EQ("CPLD Error: Program not found", OutOfBoundText([&] { Run(passing); }));
+    EXPECT_EQ("CPLD Error: Program not found", OutOfBoundText([&] { Run(0); }));
 }
 
 }

@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "driver/PaviloLogStore.h"
 #include "driver/PaviloRecordDefaults.h"
 #include "tests/driver/PaviloSimFixture.h"
+#include "tests/utilities/FailureText.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/ExceptionResourceNotAvailable.h"
 
@@ -27,17 +27,6 @@ using DeviceDriver::PaviloRecordDefaults;
 using Image = std::vector<std::uint8_t>;
 
 namespace {
-
-template<class Failure>
-std::string FailureText(const std::function<void()>& work)
-{
-    try {
-        work();
-    } catch (const Failure& failure) {
-        return failure.Text()->ToStdString();
-    }
-    return "no failure";
-}
 
 std::uint32_t WordAt(const Image& image, std::uint32_t address)
 {
@@ -294,30 +283,21 @@ TEST_F(PaviloEEPROMTest, ErasedEEPROMKeepsTheDefaultsAndRefusesToWriteTheLog)
     EXPECT_EQ(RawImage(), erased);
 }
 
-TEST_F(PaviloEEPROMTest, BrokenMainCopyIsRestoredFromTheMirror)
+// A broken copy is rewritten from the other, and nothing else is; two broken copies get the defaults.
+TEST_F(PaviloEEPROMTest, BrokenLogCopiesAreRestored)
 {
-    sim.Command({"fault", "break-log-main"});
-    const Image broken = RawImage();
-    ASSERT_FALSE(CopyIsGood(broken, 10000));
-    EXPECT_EQ(LoggedMeasurements(), 212u);
-    const Image restored = RawImage();
-    EXPECT_TRUE(CopyIsGood(restored, 10000));
-    EXPECT_TRUE(OnlyChangedWithin(broken, restored, PaviloEEPROM::LogAddress, PaviloEEPROM::MirrorAddress));
-}
+    const auto restores = [&](const char* fault, std::uint16_t copy, std::uint32_t from, std::uint32_t to) {
+        sim.Command({"fault", fault});
+        const Image broken = RawImage();
+        ASSERT_FALSE(CopyIsGood(broken, copy)) << fault;
+        EXPECT_EQ(LoggedMeasurements(), 212u) << fault;
+        const Image restored = RawImage();
+        EXPECT_TRUE(CopyIsGood(restored, copy)) << fault;
+        EXPECT_TRUE(OnlyChangedWithin(broken, restored, from, to)) << fault;
+    };
+    restores("break-log-main", 10000, PaviloEEPROM::LogAddress, PaviloEEPROM::MirrorAddress);
+    restores("break-log-mirror", 11000, PaviloEEPROM::MirrorAddress, PaviloEEPROM::EntryListAddress);
 
-TEST_F(PaviloEEPROMTest, BrokenMirrorOnlyRewritesTheMirror)
-{
-    sim.Command({"fault", "break-log-mirror"});
-    const Image broken = RawImage();
-    ASSERT_FALSE(CopyIsGood(broken, 11000));
-    EXPECT_EQ(LoggedMeasurements(), 212u);
-    const Image restored = RawImage();
-    EXPECT_TRUE(CopyIsGood(restored, 11000));
-    EXPECT_TRUE(OnlyChangedWithin(broken, restored, PaviloEEPROM::MirrorAddress, PaviloEEPROM::EntryListAddress));
-}
-
-TEST_F(PaviloEEPROMTest, BothCopiesBrokenGetTheDefaults)
-{
     sim.Command({"fault", "break-log-main"});
     sim.Command({"fault", "break-log-mirror"});
     EXPECT_EQ(LoggedMeasurements(), 0u);

@@ -1,5 +1,4 @@
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -9,6 +8,7 @@
 #include "driver/PaviloFunctionality.h"
 #include "driver/PaviloFunctionality_PC.h"
 #include "tests/driver/PaviloSimFixture.h"
+#include "tests/utilities/FailureText.h"
 #include "utilities/ResolveAs.h"
 
 namespace DeviceDriverTest {
@@ -21,14 +21,10 @@ using DeviceDriver::PaviloFunctionalityByte;
 namespace {
 
 // The text of the communication failure that work raises.
-std::string CommunicationFailure(const std::function<void()>& work)
+template<class Action>
+std::string CommunicationFailure(Action work)
 {
-    try {
-        work();
-    } catch (const ExceptionPaviloCommunication& failure) {
-        return failure.Text()->ToStdString();
-    }
-    return "no communication failure";
+    return FailureText<ExceptionPaviloCommunication>(work);
 }
 
 class PaviloFunctionalityTest : public PaviloSimFixture {
@@ -57,21 +53,6 @@ protected:
     PaviloFunctionality functionality;
 };
 
-}
-
-TEST(PaviloFunctionalityBytes, ConvertsBigEndian)
-{
-    std::uint8_t bytes[4];
-    PaviloFunctionality::ToBytes(std::uint16_t{0x1234}, bytes);
-    EXPECT_EQ(bytes[0], 0x12);
-    EXPECT_EQ(bytes[1], 0x34);
-    PaviloFunctionality::ToBytes(std::uint32_t{0x89ABCDEF}, bytes);
-    EXPECT_EQ(std::vector<std::uint8_t>(bytes, bytes + 4), (std::vector<std::uint8_t>{0x89, 0xAB, 0xCD, 0xEF}));
-    EXPECT_EQ(PaviloFunctionality::U32FromBytes(bytes), 0x89ABCDEFu);
-    EXPECT_EQ(PaviloFunctionality::U16FromBytes(bytes), 0x89ABu);
-    PaviloFunctionality::ToBytes(1.5f, bytes);
-    EXPECT_EQ(std::vector<std::uint8_t>(bytes, bytes + 4), (std::vector<std::uint8_t>{0x3F, 0xC0, 0x00, 0x00}));
-    EXPECT_EQ(PaviloFunctionality::FloatFromBytes(bytes), 1.5f);
 }
 
 TEST(PaviloFunctionalityComponent, IsFoundByNameAndFailsWithItsPrefixesWithoutADevice)
@@ -208,31 +189,21 @@ TEST_F(PaviloFunctionalityTest, ReadsTheEEPROMImageOnceAConnection)
     EXPECT_EQ(Counter("eeprom_bytes_written"), 4u);
 }
 
-// Two block reads are kept under way: the two queued behind the short block are cancelled.
-TEST_F(PaviloFunctionalityTest, AStripEndingInsideABlockEndsThere)
+// Two block reads are kept under way: the two queued behind the end of a strip are cancelled,
+// whether it ends on a block boundary (at the empty block) or inside a block, and they don't hold
+// up the next strip.
+TEST_F(PaviloFunctionalityTest, AStripEndsAtItsLastMeasurement)
 {
     Open();
-    const std::uint64_t reads = Counter("bulk_in");
-    const std::uint64_t cancelled = Counter("bulk_in_cancelled");
-    StartScanOf(23);
-    EXPECT_EQ(DrainScan(), 23u);
-    EXPECT_TRUE(Eventually([&] { return Counter("bulk_in_cancelled") == cancelled + 2; }));
-    EXPECT_TRUE(Eventually([&] { return Counter("bulk_in") == reads + 5; }));
-}
-
-TEST_F(PaviloFunctionalityTest, AStripEndingOnABlockBoundaryEndsAtTheEmptyBlock)
-{
-    Open();
-    const std::uint64_t reads = Counter("bulk_in");
-    const std::uint64_t cancelled = Counter("bulk_in_cancelled");
-    StartScanOf(20);
-    EXPECT_EQ(DrainScan(), 20u);
-    EXPECT_EQ(DrainScan(), 0u);
-    EXPECT_TRUE(Eventually([&] { return Counter("bulk_in_cancelled") == cancelled + 2; }));
-    EXPECT_TRUE(Eventually([&] { return Counter("bulk_in") == reads + 5; }));
-    // The cancelled reads don't hold up what comes next: a second strip reads at once.
-    StartScanOf(23);
-    EXPECT_EQ(DrainScan(), 23u);
+    for (std::uint32_t measurements : {20u, 23u}) {
+        const std::uint64_t reads = Counter("bulk_in");
+        const std::uint64_t cancelled = Counter("bulk_in_cancelled");
+        StartScanOf(measurements);
+        EXPECT_EQ(DrainScan(), measurements);
+        EXPECT_EQ(DrainScan(), 0u);
+        EXPECT_TRUE(Eventually([&] { return Counter("bulk_in_cancelled") == cancelled + 2; })) << measurements;
+        EXPECT_TRUE(Eventually([&] { return Counter("bulk_in") == reads + 5; })) << measurements;
+    }
 }
 
 TEST_F(PaviloFunctionalityTest, AStripThatStallsFailsWithItsTexts)

@@ -1,7 +1,7 @@
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@
 #include "driver/SensorData.h"
 #include "driver/SensorDataFifo.h"
 #include "tests/driver/PaviloSimFixture.h"
+#include "tests/driver/VectorLists.h"
 #include "utilities/Exception.h"
-#include "utilities/ExceptionOutOfBound.h"
 #include "utilities/ResolveAs.h"
 
 namespace DeviceDriverTest {
@@ -24,16 +24,6 @@ using DeviceDriver::SensorDataFifo;
 using Utilities::SmartPointer;
 
 namespace {
-
-std::string FailureText(const std::function<void()>& work)
-{
-    try {
-        work();
-    } catch (const Utilities::ExceptionOutOfBound& failure) {
-        return failure.Text()->ToStdString();
-    }
-    return "no failure";
-}
 
 class EventCounter : public Utilities::Observer<long> {
 public:
@@ -118,14 +108,14 @@ TEST_F(PaviloLowLevelDriverTest, OpenWaitsForPowerAndEndsWithResetOfOpening)
     EXPECT_FALSE(driver->IsOpen());
 
     sim.Command({"fault", "low-power", "--count", "21"});
-    EXPECT_EQ(FailureText([&] { driver->Open(sim.Path().c_str()); }), "Not enough power available");
+    EXPECT_EQ(OutOfBoundText([&] { driver->Open(sim.Path().c_str()); }), "Not enough power available");
     EXPECT_EQ(LastReset(), 1u);
     EXPECT_FALSE(driver->IsOpen()) << "a connection that failed to open isn't left half open";
 
-    EXPECT_EQ(FailureText([&] { driver->Open("sim:999"); }), "Unable to open the device");
+    EXPECT_EQ(OutOfBoundText([&] { driver->Open("sim:999"); }), "Unable to open the device");
 }
 
-TEST_F(PaviloLowLevelDriverTest, ConditionsGoToTheWireInTicksCountsAndFlags)
+TEST_F(PaviloLowLevelDriverTest, ConditionsGoToTheWireInTicksCountsAndFlagsAndComeBack)
 {
     Open();
     ConfigurationData conditions = Conditions(0.02f, 300, false);
@@ -159,11 +149,7 @@ TEST_F(PaviloLowLevelDriverTest, ConditionsGoToTheWireInTicksCountsAndFlags)
     conditions.Mark(2011, true);
     driver->SetConditions(conditions);
     EXPECT_EQ(conditions.MarkedIds().Size(), 0u) << "an item of no group only loses its mark";
-}
 
-TEST_F(PaviloLowLevelDriverTest, ConditionsComeBackFromTheWire)
-{
-    Open();
     Conditions(0.02f, 3, true);
     ConfigurationData read("PhysicalCondition");
     driver->GetConditions(read);
@@ -171,17 +157,12 @@ TEST_F(PaviloLowLevelDriverTest, ConditionsComeBackFromTheWire)
     float integration = 0.0f;
     read.GetFloat(2009, integration);
     EXPECT_FLOAT_EQ(integration, 294 * 6.8e-5f);
-    std::uint32_t value = 0;
-    read.GetU32(2010, value);
-    EXPECT_EQ(value, 3u);
-    read.GetU32(2000, value);
-    EXPECT_EQ(value, 1u);
-    read.GetU32(2002, value);
-    EXPECT_EQ(value, 1u);
-    read.GetU32(2020, value);
-    EXPECT_EQ(value, 0xF000u);
-    read.GetU32(2004, value);
-    EXPECT_EQ(value, 0u);
+    for (const auto& [id, expected] : {std::pair<std::uint16_t, std::uint32_t>{2010, 3}, {2000, 1}, {2002, 1},
+                                       {2020, 0xF000}, {2004, 0}}) {
+        std::uint32_t value = 99;
+        read.GetU32(id, value);
+        EXPECT_EQ(value, expected) << id;
+    }
 }
 
 TEST_F(PaviloLowLevelDriverTest, MeasureMakesRowsAndBooksTheLog)
@@ -245,7 +226,7 @@ TEST_F(PaviloLowLevelDriverTest, AMeasurementThatFailsOnceLeavesOnlyTheReset)
     EXPECT_EQ(LogU32(10002), lampBefore + 1) << "booked once";
 
     sim.Command({"fault", "bulk-timeout", "--count", "2"});
-    const std::string text = FailureText([&] { driver->Measure(sensor, conditions); });
+    const std::string text = OutOfBoundText([&] { driver->Measure(sensor, conditions); });
     EXPECT_EQ(text.rfind("Measurement Error: PaviloFunctionality_PC::MeasureRequest ", 0), 0u) << text;
     EXPECT_GT(text.size(), std::string("Measurement Error: PaviloFunctionality_PC::MeasureRequest ").size());
     EXPECT_EQ(Counter("resets"), resetsBefore + 3);
@@ -278,34 +259,21 @@ TEST_F(PaviloLowLevelDriverTest, AScanFillsTheFifoRowByRowAndIsBooked)
     DrawStripOf(23);
     SensorDataFifo failed;
     sim.Command({"fault", "bulk-timeout"});
-    const std::string text = FailureText([&] { driver->MeasureScan(failed, conditions); });
+    const std::string text = OutOfBoundText([&] { driver->MeasureScan(failed, conditions); });
     EXPECT_EQ(text.rfind("Measurement Error: PaviloFunctionality_PC::StartScan ", 0), 0u) << text;
     EXPECT_FALSE(failed.IsFinished());
     EXPECT_EQ(LastReset(), 7u);
     EXPECT_EQ(LogU32(10003), scansBefore + 1) << "scans are not retried and a failed one isn't booked";
 }
 
-TEST_F(PaviloLowLevelDriverTest, LogCountersSurviveUnplugAndRestart)
+TEST_F(PaviloLowLevelDriverTest, LogCountersSurviveARestartOfTheInstrument)
 {
-    Open();
-    ConfigurationData conditions = Conditions(0.0068f, 1, false);
-    SensorData sensor;
-    driver->Measure(sensor, conditions);
-    const std::uint32_t measured = LogU32(10002);
-    EXPECT_GT(measured, 0u);
-    EXPECT_TRUE(driver->Close());
-
-    sim.Command({"unplug"});
-    sim.Command({"plug"});
-    OpenAnew();
-    EXPECT_EQ(LogU32(10002), measured);
-    driver->Measure(sensor, conditions);
-    EXPECT_TRUE(driver->Close());
-
     const std::string file = sim.Directory() + "/eeprom.bin";
     sim.Command({"stop"});
     sim.Command({"start", "--noise", "off", "--time-scale", "0", "--eeprom", file});
     Open();
+    ConfigurationData conditions = Conditions(0.0068f, 1, false);
+    SensorData sensor;
     driver->Measure(sensor, conditions);
     driver->Measure(sensor, conditions);
     const std::uint32_t kept = LogU32(10002);
@@ -336,11 +304,11 @@ TEST_F(PaviloLowLevelDriverTest, StatesAnswerAndRefuse)
     EXPECT_NEAR(driver->GetState(30003), 60, 1);
 
     for (std::uint16_t id : {30001, 30002, 30006, 29999}) {
-        EXPECT_EQ(FailureText([&] { driver->SetState(id, 0); }), "Unable to set requested state") << id;
+        EXPECT_EQ(OutOfBoundText([&] { driver->SetState(id, 0); }), "Unable to set requested state") << id;
     }
-    EXPECT_EQ(FailureText([&] { driver->WriteFile(); }), "Function not available");
+    EXPECT_EQ(OutOfBoundText([&] { driver->WriteFile(); }), "Function not available");
     EXPECT_EQ(driver->ReadFile(1211)->size(), 4u);
-    EXPECT_EQ(FailureText([&] { driver->ReadFile(7777); }),
+    EXPECT_EQ(OutOfBoundText([&] { driver->ReadFile(7777); }),
               "EEPROM Error (ID 7777): File with ID 7777 not found in EEPROM");
 
     EXPECT_TRUE(driver->Close());

@@ -14,7 +14,7 @@
 #include "driver/PaviloUSBDevice.h"
 #include "driver/ScanFifo.h"
 #include "tests/driver/PaviloSimFixture.h"
-#include "utilities/Exception.h"
+#include "tests/driver/VectorLists.h"
 #include "utilities/Mutex.h"
 #include "utilities/Observee.h"
 #include "utilities/Observer.h"
@@ -26,7 +26,6 @@ namespace DeviceDriverTest {
 using DeviceDriver::PaviloFunctionality_PC;
 using DeviceDriver::PaviloUSBDevice;
 using DeviceDriver::ScanFifo;
-using DeviceDriver::UsbResult;
 
 namespace {
 
@@ -60,16 +59,6 @@ private:
     std::vector<std::thread::id> threads;
 };
 
-std::string FailureText(const std::function<void()>& work)
-{
-    try {
-        work();
-    } catch (const Utilities::Exception& failure) {
-        return failure.Text()->ToStdString();
-    }
-    return "no failure";
-}
-
 // The 10-byte request of a vendor command.
 std::vector<std::uint8_t> Request(std::uint8_t code, std::uint8_t direction)
 {
@@ -94,32 +83,29 @@ protected:
 
 }
 
-TEST(PaviloUSBDeviceNames, CleansPathsAndFramesPlatformErrors)
+TEST(PaviloUSBDeviceNames, CleansPaths)
 {
     EXPECT_EQ(PaviloUSBDevice::CleanPath("\\\\?\\usb#vid_1&pid_2#6&{a-b}").ToStdString(), "usbvid_1pid_26a-b");
     EXPECT_EQ(PaviloUSBDevice::CleanPath("sim:1000001").ToStdString(), "sim:1000001");
-    EXPECT_EQ(PaviloUSBDevice::PlatformErrorText(UsbResult::Timeout()).ToStdString(),
-              " (Linux Error (1460) : Connection timed out )");
 }
 
 TEST_F(PaviloUSBDeviceTest, OpensClosesAndRefusesTransfersWhenClosed)
 {
-    EXPECT_EQ(FailureText([] { PaviloUSBDevice(nullptr, "sim:4242"); }), "PaviloUSBDevice open failed !");
+    EXPECT_EQ(OutOfBoundText([] { PaviloUSBDevice(nullptr, "sim:4242"); }), "PaviloUSBDevice open failed !");
 
     PaviloUSBDevice device(&owner, sim.Path().c_str());
     EXPECT_TRUE(device.IsOpen());
-    EXPECT_EQ(device.GetDeviceName().ToStdString(), sim.Path());
     device.Shutdown();
     EXPECT_FALSE(device.IsOpen());
 
     std::uint8_t payload[8] = {};
     std::uint8_t buffer[16] = {};
     ScanFifo fifo;
-    EXPECT_EQ(FailureText([&] { device.PerformDeviceIOControl(Request(201, 1).data(), payload, 8); }),
+    EXPECT_EQ(OutOfBoundText([&] { device.PerformDeviceIOControl(Request(201, 1).data(), payload, 8); }),
               "Device IO control impossible (device not open)");
-    EXPECT_EQ(FailureText([&] { device.Read(buffer, 16, 100); }), "Read/Write data impossible (device not open)");
-    EXPECT_EQ(FailureText([&] { device.Write(buffer, 16, 100); }), "Read/Write data impossible (device not open)");
-    EXPECT_EQ(FailureText([&] { device.ReadDataStrip(fifo, 256, 100); }),
+    EXPECT_EQ(OutOfBoundText([&] { device.Read(buffer, 16, 100); }), "Read/Write data impossible (device not open)");
+    EXPECT_EQ(OutOfBoundText([&] { device.Write(buffer, 16, 100); }), "Read/Write data impossible (device not open)");
+    EXPECT_EQ(OutOfBoundText([&] { device.ReadDataStrip(fifo, 256, 100); }),
               "Read data strip impossible (device not open)");
     EXPECT_FALSE(device.WasInterrupted());
 
@@ -132,36 +118,25 @@ TEST_F(PaviloUSBDeviceTest, OpensClosesAndRefusesTransfersWhenClosed)
     EXPECT_TRUE(device.IsOpen());
 }
 
-TEST_F(PaviloUSBDeviceTest, TransfersFailWithThePlatformTexts)
+TEST_F(PaviloUSBDeviceTest, ATimedOutReadCarriesThePlatformTextAndLeavesTheDeviceOpen)
 {
     PaviloUSBDevice device(&owner, sim.Path().c_str());
-    std::uint8_t payload[8] = {};
     std::uint8_t buffer[16] = {};
-
-    sim.Command({"fault", "control-timeout"});
-    EXPECT_EQ(FailureText([&] { device.PerformDeviceIOControl(Request(201, 1).data(), payload, 8); }),
-              "Device IO control failed (Linux Error (1460) : Connection timed out )");
-
     RequestEEPROM(device, 16);
     sim.Command({"fault", "bulk-timeout"});
-    EXPECT_EQ(FailureText([&] { device.Read(buffer, 16, 100); }),
+    EXPECT_EQ(OutOfBoundText([&] { device.Read(buffer, 16, 100); }),
               "Read data failed (Linux Error (1460) : Connection timed out )");
-
-    RequestEEPROM(device, 16);
-    sim.Command({"fault", "short-read"});
-    EXPECT_EQ(FailureText([&] { device.Read(buffer, 16, 100); }), "Read data failed (Not enough data)");
 
     RequestEEPROM(device, 16);
     device.Read(buffer, 16, 100);
     EXPECT_TRUE(device.IsOpen());
 }
 
-TEST_F(PaviloUSBDeviceTest, StripPacketSizeIsLimitedToTenPacketsInABlockOf65535)
+TEST_F(PaviloUSBDeviceTest, StripReadsRefusePacketSizesThatDoNotFitTheBlocks)
 {
     PaviloUSBDevice device(&owner, sim.Path().c_str());
     ScanFifo fifo;
-    EXPECT_EQ(FailureText([&] { device.ReadDataStrip(fifo, 6554, 100); }), "Max packages size is 6553");
-    EXPECT_EQ(FailureText([&] { device.ReadDataStrip(fifo, 0, 100); }), "Read data faild (wrong data size)");
+    EXPECT_EQ(OutOfBoundText([&] { device.ReadDataStrip(fifo, 0, 100); }), "Read data faild (wrong data size)");
 
     // 6553 passes the limit; the instrument's blocks of 256-byte packets then don't fit it.
     std::uint8_t parameters[8] = {0, 100, 0, 0, 0, 1, 1, 0};
@@ -169,7 +144,7 @@ TEST_F(PaviloUSBDeviceTest, StripPacketSizeIsLimitedToTenPacketsInABlockOf65535)
     DrawStripOf(23);
     device.PerformDeviceIOControl(Request(193, 0).data(), parameters, 8);
     device.PerformDeviceIOControl(Request(192, 0).data(), none, 0);
-    EXPECT_EQ(FailureText([&] { device.ReadDataStrip(fifo, 6553, 100); }), "Read data faild (wrong data size)");
+    EXPECT_EQ(OutOfBoundText([&] { device.ReadDataStrip(fifo, 6553, 100); }), "Read data faild (wrong data size)");
     EXPECT_FALSE(fifo.IsFinished());
 }
 

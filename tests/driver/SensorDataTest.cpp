@@ -1,46 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <initializer_list>
-#include <string>
 #include <vector>
 
 #include "driver/SensorData.h"
-#include "tests/utilities/FailureText.h"
-#include "utilities/ExceptionOutOfBound.h"
+#include "tests/driver/VectorLists.h"
 #include "utilities/Vector.h"
 
 using DeviceDriver::SensorData;
-using Utilities::ExceptionOutOfBound;
 using Utilities::Vector;
+using namespace DeviceDriverTest;
 
 namespace {
-
-std::string OutOfBoundText(const std::function<void()>& action)
-{
-    return FailureText<ExceptionOutOfBound>(action);
-}
-
-template<class T>
-Vector<T> VectorOf(std::initializer_list<T> values)
-{
-    Vector<T> vector(values.size());
-    unsigned long i = 0;
-    for (const T& value : values) {
-        vector[i++] = value;
-    }
-    return vector;
-}
-
-template<class T>
-std::vector<T> AsStd(const Vector<T>& vector)
-{
-    std::vector<T> result;
-    for (unsigned long i = 0; i < vector.Size(); ++i) {
-        result.push_back(vector[i]);
-    }
-    return result;
-}
 
 SensorData WithRaw(std::initializer_list<std::initializer_list<long>> rows)
 {
@@ -65,15 +36,6 @@ SensorData WithRawRows(unsigned long count, const Vector<long>& row)
     SensorData sensor;
     sensor.SetRaw(raw);
     return sensor;
-}
-
-Vector<long> Filled(unsigned long size, long value)
-{
-    Vector<long> row(size);
-    for (unsigned long i = 0; i < size; ++i) {
-        row[i] = value;
-    }
-    return row;
 }
 
 }
@@ -143,14 +105,11 @@ TEST(SensorDataTest, MatrixReadsItsCoefficientsOnAcrossOutputsAndAnewForEachRow)
     EXPECT_EQ(AsStd(sensor.Load()), (std::vector<float>{1 * 1 + 2 * 10, 3 * 100 + 4 * 1000 + 5 * 10000}));
     sensor.NextRow();
     EXPECT_EQ(AsStd(sensor.Load()), (std::vector<float>{1 * 2 + 2 * 20, 3 * 200 + 4 * 2000 + 5 * 20000}));
-}
 
-TEST(SensorDataTest, MatrixSumsInDoublePrecision)
-{
-    SensorData sensor = WithRaw({{0, 100000000, 1, -100000000}});
-    sensor.Linearize(VectorOf<float>({0}));
-    sensor.MatrixMultiply(VectorOf<long>({1}), VectorOf<long>({3}), VectorOf<float>({1, 1, 1}));
-    EXPECT_EQ(AsStd(sensor.Load()), std::vector<float>{1.0f});
+    SensorData cancelling = WithRaw({{0, 100000000, 1, -100000000}});
+    cancelling.Linearize(VectorOf<float>({0}));
+    cancelling.MatrixMultiply(VectorOf<long>({1}), VectorOf<long>({3}), VectorOf<float>({1, 1, 1}));
+    EXPECT_EQ(AsStd(cancelling.Load()), std::vector<float>{1.0f}) << "summed in double precision";
 }
 
 TEST(SensorDataTest, MatrixRefusesMismatchedShapesAndMissingData)
@@ -187,7 +146,7 @@ TEST(SensorDataTest, RawStatisticsLeavePixelZeroOut)
 
 TEST(SensorDataTest, SaturationCountsPixelZeroAndOnlyValuesAboveTheLimit)
 {
-    Vector<long> row = Filled(128, 1000);
+    Vector<long> row = Filled(128, 1000L);
     for (unsigned long pixel = 0; pixel < 10; ++pixel) {
         row[pixel] = 62001;
     }
@@ -198,12 +157,12 @@ TEST(SensorDataTest, SaturationCountsPixelZeroAndOnlyValuesAboveTheLimit)
     EXPECT_TRUE(WithRawRows(1, row).IsSaturated(62000, 10));
     EXPECT_FALSE(SensorData().IsSaturated(62000, 10));
 
-    SensorData twoRows = WithRawRows(2, Filled(128, 1000));
+    SensorData twoRows = WithRawRows(2, Filled(128, 1000L));
     Vector<Vector<long>> raw = twoRows.Raw();
     raw[0][0] = 70000;
     raw[1][0] = 70000;
     twoRows.SetRaw(raw);
     EXPECT_TRUE(twoRows.IsSaturated(62000, 1)) << "over all rows";
 
-    EXPECT_FALSE(WithRawRows(512, Filled(128, 65000)).IsSaturated(62000, 10)) << "the count wraps at 65536";
+    EXPECT_FALSE(WithRawRows(512, Filled(128, 65000L)).IsSaturated(62000, 10)) << "the count wraps at 65536";
 }

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <functional>
+#include <optional>
 #include <string>
 
 #include "diagnostics/String.h"
@@ -45,32 +45,21 @@ protected:
 };
 
 // Local time in UTC for the test, the machine's zone afterwards.
-class UtcZone {
-public:
+struct UtcZone {
     UtcZone()
     {
-        const char* zone = std::getenv("TZ");
-        hadZone = zone != nullptr;
-        if (hadZone) {
-            saved = zone;
-        }
         setenv("TZ", "UTC0", 1);
         tzset();
     }
 
     ~UtcZone()
     {
-        if (hadZone) {
-            setenv("TZ", saved.c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
+        saved ? setenv("TZ", saved->c_str(), 1) : unsetenv("TZ");
         tzset();
     }
 
-private:
-    bool hadZone = false;
-    std::string saved;
+    const std::optional<std::string> saved =
+        std::getenv("TZ") ? std::optional<std::string>(std::getenv("TZ")) : std::nullopt;
 };
 
 }
@@ -110,13 +99,6 @@ TEST_F(TimingTest, NowGivesTheLocalTimeWithMilliseconds)
 {
     UtcZone utc;
     const TimeStamp now = Timing_PC().Now();
-    EXPECT_EQ(now.Year(), 2023);
-    EXPECT_EQ(now.Month(), 11);
-    EXPECT_EQ(now.Day(), 14);
-    EXPECT_EQ(now.Hour(), 22);
-    EXPECT_EQ(now.Minute(), 13);
-    EXPECT_EQ(now.Second(), 20);
-    EXPECT_EQ(now.Milliseconds(), 250);
     EXPECT_EQ(now.GetSeconds(), 1700000000u);
     EXPECT_EQ(std::string(now.GetValueString().CString()), "2023-11-14 22:13:20.250");
 

@@ -6,6 +6,7 @@
 
 #include "driver/platform/UsbPlatforms.h"
 #include "driver/platform/VirtualPlatform.h"
+#include "tests/driver/VectorLists.h"
 #include "tests/support/SimInstrument.h"
 
 namespace DeviceDriverTest {
@@ -38,15 +39,6 @@ public:
 private:
     std::vector<std::string>& opened;
 };
-
-std::vector<std::string> Texts(const std::vector<Utilities::String>& paths)
-{
-    std::vector<std::string> texts;
-    for (const Utilities::String& path : paths) {
-        texts.push_back(path.ToStdString());
-    }
-    return texts;
-}
 
 }
 
@@ -90,23 +82,6 @@ TEST(UsbPlatforms, WithoutIdsListsTheVirtualInstrumentsAlone)
     EXPECT_TRUE(all.Open("sim:1000001", connection).Succeeded());
     connection.reset();
     saved ? ::setenv("ORBEL_SIM_DIR", savedDirectory.c_str(), 1) : ::unsetenv("ORBEL_SIM_DIR");
-}
-
-TEST(UsbResult, CarriesThePlatformsNumbersAndTexts)
-{
-    EXPECT_EQ(UsbResult::ErrorWord().ToStdString(), "Linux");
-    const UsbResult timeout = UsbResult::Failure(ETIMEDOUT);
-    EXPECT_TRUE(timeout.IsTimeout());
-    EXPECT_EQ(timeout.Error(), 1460u);
-    EXPECT_EQ(timeout.Text().ToStdString(), "Connection timed out");
-    EXPECT_FALSE(timeout.Succeeded());
-    const UsbResult busy = UsbResult::Failure(EBUSY);
-    EXPECT_EQ(busy.Error(), static_cast<std::uint32_t>(EBUSY));
-    EXPECT_EQ(busy.Text().ToStdString(), "Device or resource busy");
-    const UsbResult moved = UsbResult::Success(17);
-    EXPECT_TRUE(moved.Succeeded());
-    EXPECT_EQ(moved.Transferred(), 17u);
-    EXPECT_TRUE(moved.Text().IsEmpty());
 }
 
 }

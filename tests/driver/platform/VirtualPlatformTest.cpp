@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "driver/platform/VirtualPlatform.h"
+#include "driver/platform/VirtualWireFrame.h"
+#include "tests/driver/VectorLists.h"
 #include "tests/support/SimInstrument.h"
 
 namespace DeviceDriverTest {
@@ -22,6 +24,7 @@ using OrbelTest::ProgramResult;
 using DeviceDriver::UsbConnection;
 using DeviceDriver::UsbResult;
 using DeviceDriver::VirtualPlatform;
+using DeviceDriver::VirtualWireFrame;
 using Bytes = std::vector<std::uint8_t>;
 using namespace std::chrono_literals;
 
@@ -95,15 +98,6 @@ void LeaveStaleSocket(const std::string& file)
     ::close(socket);
 }
 
-std::vector<std::string> Texts(const std::vector<Utilities::String>& paths)
-{
-    std::vector<std::string> texts;
-    for (const Utilities::String& path : paths) {
-        texts.push_back(path.ToStdString());
-    }
-    return texts;
-}
-
 }
 
 class VirtualPlatformTest : public ::testing::Test {
@@ -159,30 +153,24 @@ TEST_F(VirtualPlatformTest, OpenRefusesPathsOfNoInstrument)
 TEST_F(VirtualPlatformTest, ControlTransfersCarryPayloadsBothWays)
 {
     const auto connection = Open();
-    Bytes misc(8);
-    const UsbResult answered = Control(*connection, 1, GetMisc, misc);
-    ASSERT_TRUE(answered.Succeeded()) << Text(answered);
-    EXPECT_EQ(answered.Transferred(), 8u);
-    EXPECT_EQ(misc[4], 0xF0);
-    EXPECT_EQ(misc[5], 0x00);
-    EXPECT_EQ(misc[6], 1);
-
     Bytes parameters = {0x01, 0x2C, 0x00, 0x11, 0x00, 0x03, 0x0B, 0xEE};
     const UsbResult set = Control(*connection, 0, SetMeasureParameters, parameters);
     ASSERT_TRUE(set.Succeeded()) << Text(set);
     EXPECT_EQ(set.Transferred(), 8u);
     Bytes echoed(8, 0xFF);
-    ASSERT_TRUE(Control(*connection, 1, GetMeasureParameters, echoed).Succeeded());
+    const UsbResult answered = Control(*connection, 1, GetMeasureParameters, echoed);
+    ASSERT_TRUE(answered.Succeeded()) << Text(answered);
+    EXPECT_EQ(answered.Transferred(), 8u);
     EXPECT_EQ(echoed, (Bytes{0x01, 0x2C, 0x00, 0x11, 0x00, 0x03, 0x0B, 0x00}));
 
     Bytes unused(8);
     const UsbResult stalled = Control(*connection, 1, 197, unused);
     EXPECT_EQ(stalled.Error(), static_cast<std::uint32_t>(EPIPE));
     EXPECT_EQ(Text(stalled), "Broken pipe");
-    EXPECT_TRUE(Control(*connection, 1, GetMisc, misc).Succeeded());
+    EXPECT_TRUE(Control(*connection, 1, GetMeasureParameters, echoed).Succeeded());
 }
 
-TEST_F(VirtualPlatformTest, BulkReadsDeliverEepromAndMeasurementBlocks)
+TEST_F(VirtualPlatformTest, BulkReadsDeliverEepromAndMeasurementBlocksAsTheyCame)
 {
     const auto connection = Open();
     const Bytes image = ReadEepromBytes(*connection, 0, EepromSize);
@@ -201,20 +189,15 @@ TEST_F(VirtualPlatformTest, BulkReadsDeliverEepromAndMeasurementBlocks)
         EXPECT_GT((words[2] << 8) | words[3], 0) << "pixel 1 of block " << block;
         EXPECT_EQ((words[254] << 8) | words[255], 0) << "word 127 of block " << block;
     }
-}
 
-TEST_F(VirtualPlatformTest, ShortReadsSucceedWithTheBytesThatCame)
-{
-    const auto connection = Open();
+    // A read of more than came, or cut short by the instrument, succeeds with what came.
     StartMeasurement(*connection, 1);
-    Bytes buffer(4 * BlockSize);
-    const UsbResult more = connection->BulkRead(buffer.data(), 4 * BlockSize, Patience);
+    const UsbResult more = connection->BulkRead(blocks.data(), 2 * BlockSize, Patience);
     ASSERT_TRUE(more.Succeeded()) << Text(more);
     EXPECT_EQ(more.Transferred(), BlockSize);
-
     sim.Command({"fault", "short-read"});
     StartMeasurement(*connection, 2);
-    const UsbResult cut = connection->BulkRead(buffer.data(), 2 * BlockSize, Patience);
+    const UsbResult cut = connection->BulkRead(blocks.data(), 2 * BlockSize, Patience);
     ASSERT_TRUE(cut.Succeeded()) << Text(cut);
     EXPECT_EQ(cut.Transferred(), BlockSize);
 }
@@ -317,7 +300,7 @@ TEST_F(VirtualPlatformTest, CancelEndsTheInterruptReadFromAnotherThread)
     EXPECT_TRUE(Control(*connection, 1, GetMisc, misc).Succeeded());
 }
 
-TEST_F(VirtualPlatformTest, UnpluggingEndsTheInterruptReadAndEveryTransfer)
+TEST_F(VirtualPlatformTest, UnpluggingOrStoppingEndsTheInterruptReadAndEveryTransfer)
 {
     const auto connection = Open();
     auto waiting = std::async(std::launch::async, [&] {
@@ -342,15 +325,10 @@ TEST_F(VirtualPlatformTest, UnpluggingEndsTheInterruptReadAndEveryTransfer)
     const auto fresh = Open();
     ASSERT_NE(fresh, nullptr);
     EXPECT_TRUE(Control(*fresh, 1, GetMisc, buffer).Succeeded());
-}
 
-TEST_F(VirtualPlatformTest, StoppingTheInstrumentEndsItsConnections)
-{
-    const auto connection = Open();
     sim.Run({"stop"});
-    Bytes buffer(8);
-    EXPECT_TRUE(connection->InterruptRead(buffer.data(), 8).IsNoDevice());
-    EXPECT_TRUE(Control(*connection, 1, GetMisc, buffer).IsNoDevice());
+    EXPECT_TRUE(fresh->InterruptRead(buffer.data(), 8).IsNoDevice()) << "stopping the instrument ends its connections";
+    EXPECT_TRUE(Control(*fresh, 1, GetMisc, buffer).IsNoDevice());
 }
 
 // Each connection gets its own bulk data, whoever else talks to the instrument meanwhile.
@@ -414,6 +392,38 @@ TEST(VirtualPlatformDirectory, FollowsTheEnvironment)
 
     savedSim ? ::setenv("ORBEL_SIM_DIR", simDirectory.c_str(), 1) : ::unsetenv("ORBEL_SIM_DIR");
     savedRuntime ? ::setenv("XDG_RUNTIME_DIR", runtimeDirectory.c_str(), 1) : ::unsetenv("XDG_RUNTIME_DIR");
+}
+
+TEST(VirtualWireFrame, RequestsAreBigEndianHeadersBeforeTheirBody)
+{
+    const Bytes body = {0xAA, 0xBB, 0xCC};
+    const Bytes frame = VirtualWireFrame::Encode({VirtualWireFrame::Kind::BulkWrite, 0x01020304, 0x0A0B0C0D, 3},
+                                                 body.data(), body.size());
+    EXPECT_EQ(frame, (Bytes{'O', 'B', 'S', 'M', 1, 3, 0, 0, 1, 2, 3, 4, 10, 11, 12, 13, 0, 0, 0, 3, 0, 0, 0, 3,
+                            0xAA, 0xBB, 0xCC}));
+}
+
+TEST(VirtualWireFrame, AnswerHeadersAreReadOrRefused)
+{
+    const Bytes answer = {'O', 'B', 'S', 'M', 1, 2, 3, 0, 0, 0, 1, 7, 0, 0, 1, 0};
+    const auto header = VirtualWireFrame::DecodeAnswerHeader(answer.data());
+    ASSERT_TRUE(header.has_value());
+    EXPECT_EQ(header->kind, VirtualWireFrame::Kind::BulkRead);
+    EXPECT_EQ(header->status, VirtualWireFrame::Status::Short);
+    EXPECT_EQ(header->requestId, 263u);
+    EXPECT_EQ(header->bodyLength, 256u);
+
+    Bytes wrongMagic = answer;
+    wrongMagic[0] = 'X';
+    EXPECT_FALSE(VirtualWireFrame::DecodeAnswerHeader(wrongMagic.data()).has_value());
+    Bytes wrongVersion = answer;
+    wrongVersion[4] = 2;
+    EXPECT_FALSE(VirtualWireFrame::DecodeAnswerHeader(wrongVersion.data()).has_value());
+    Bytes tooLong = answer;
+    tooLong[13] = 0x10;
+    tooLong[14] = 0x00;
+    tooLong[15] = 0x01;
+    EXPECT_FALSE(VirtualWireFrame::DecodeAnswerHeader(tooLong.data()).has_value());
 }
 
 }
