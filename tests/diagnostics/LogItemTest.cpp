@@ -23,33 +23,18 @@ std::string LineOf(const LogItem& item)
 
 }
 
-TEST(LogItemTest, FunctionNamesJoinPackageClassAndFunction)
-{
-    EXPECT_STREQ("Utilities::List::Append", FunctionName("Utilities", "List", "Append").Name().CString());
-    EXPECT_STREQ("CMetry::GetDensity", FunctionName("CMetry", "", "GetDensity").Name().CString());
-    EXPECT_STREQ("CMetry::GetDensity", FunctionName("CMetry", nullptr, "GetDensity").Name().CString());
-}
-
-TEST(LogItemTest, CallsAndReturnsShowDepthAddressNameAndDetails)
+// What the tracer's own tests never show: a deeper level, a missing class, empty details.
+TEST(LogItemTest, LinesShowDepthAddressNameAndWhateverDetailsThereAre)
 {
     const FunctionName append("Utilities", "List", "Append");
+    const FunctionName density("CMetry", nullptr, "GetDensity");
 
-    EXPECT_EQ("| CALL - 0x12ab40 - Utilities::List::Append - ( value:3 )",
-              LineOf(CallLogItem(append, address, 2, "( value:3 )")));
-    EXPECT_EQ("CALL - Utilities::List::Append - ()", LineOf(CallLogItem(append, nullptr, 1, "()")));
-    EXPECT_EQ("CALL - Utilities::List::Append", LineOf(CallLogItem(append, nullptr, 1, "")));
     EXPECT_EQ("| | RETURN - 0x12ab40 - Utilities::List::Append - {true}",
               LineOf(ReturnLogItem(append, address, 3, "true")));
-    EXPECT_EQ("RETURN - Utilities::List::Append", LineOf(ReturnLogItem(append, nullptr, 1, "")));
-}
-
-TEST(LogItemTest, DebugLinesAreTheIndentedTextAlone)
-{
-    const FunctionName find("Utilities", "Map", "Find");
-
-    EXPECT_EQ("    bucket 7 is empty", LineOf(DebugBreakLogItem(find, address, 3, "bucket 7 is empty")));
-    EXPECT_EQ("| | ( bucket:7 )", LineOf(UserDebugLogItem(find, address, 3, "( bucket:7 )")));
-    EXPECT_EQ("", LineOf(DebugBreakLogItem(find, nullptr, 1, "")));
+    EXPECT_EQ("CALL - CMetry::GetDensity", LineOf(CallLogItem(density, nullptr, 1, "")));
+    EXPECT_EQ("    bucket 7 is empty", LineOf(DebugBreakLogItem(density, address, 3, "bucket 7 is empty")));
+    EXPECT_EQ("| | ( bucket:7 )", LineOf(UserDebugLogItem(density, address, 3, "( bucket:7 )")));
+    EXPECT_EQ("", LineOf(DebugBreakLogItem(density, nullptr, 1, "")));
 }
 
 TEST(LogItemTest, TheTracersOwnFailures)
@@ -61,7 +46,6 @@ TEST(LogItemTest, TheTracersOwnFailures)
     for (long i = 0; i < 45; ++i) {
         names.Append(String(i));
     }
-    EXPECT_EQ(45UL, names.Size());
     EXPECT_STREQ("44", names[44].CString());
     try {
         names[45];

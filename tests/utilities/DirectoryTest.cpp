@@ -151,9 +151,6 @@ TEST(DirectoryTest, AGivenDirectoryMustExist)
               FailureText<ExceptionResourceNotAvailable>(
                   [&] { Directory::Create(Directory::DirectoryGiven, missing.c_str()); }));
     EXPECT_FALSE(std::filesystem::exists(missing));
-    EXPECT_EQ("Error: Directory " + missing + "/deeper does not exist",
-              FailureText<ExceptionResourceNotAvailable>(
-                  [&] { Directory::Create(Directory::DirectoryGiven, (missing + "/deeper").c_str()); }));
     EXPECT_EQ("Error: Directory  does not exist",
               FailureText<ExceptionResourceNotAvailable>([] { Directory::Create(Directory::DirectoryGiven, ""); }));
 }
@@ -166,7 +163,6 @@ TEST(DirectoryTest, NamesAndParents)
 
     EXPECT_STREQ("b", directory->GetName().CString());
     EXPECT_EQ(folder / "a", directory->GetParent()->GetPath().ToStdString());
-    EXPECT_EQ(folder / "a/b", std::string(directory->GetValueString().CString()));
     EXPECT_STREQ("", Directory::Create(Directory::DirectoryDrives)->GetName().CString());
     EXPECT_STREQ("/", Directory::Create(Directory::DirectoryGiven, "/tmp")->GetParent()->GetPath().CString());
 

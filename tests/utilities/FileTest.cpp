@@ -82,7 +82,6 @@ void CheckReadOnlyFileAsUser(const std::string& path)
 
 TEST(FileTest, PathsTravelWithSlashes)
 {
-    EXPECT_EQ(File::Create("C:/data/a.txt")->GetPath(), File::Create("C:\\data\\a.txt")->GetPath());
     EXPECT_STREQ("C:/data/a.txt", File::Create("C:\\data\\a.txt")->GetPath().CString());
 
     const SmartPointer<File> file = File::Create("a/b/c.txt");
@@ -136,7 +135,7 @@ TEST(FileTest, WritesAppendAndReadBackLineByLine)
     EXPECT_EQ("first\nsecond\nthird, no line end\nfourth\n", directory.Read("text.txt"));
 }
 
-TEST(FileTest, LinesEndAtALineFeedWithOrWithoutReturn)
+TEST(FileTest, LinesEndAtALineFeedWithOrWithoutReturnAndAreCutAfter9999Characters)
 {
     TemporaryDirectory directory;
     directory.Write("windows.txt", "one\r\n\r\nthree\r\n");
@@ -146,11 +145,8 @@ TEST(FileTest, LinesEndAtALineFeedWithOrWithoutReturn)
     EXPECT_EQ("one||three|", ReadAllLines(*OpenedFile(directory / "windows.txt")));
     EXPECT_EQ("", ReadAllLines(*OpenedFile(directory / "empty.txt")));
     EXPECT_EQ("||", ReadAllLines(*OpenedFile(directory / "blank.txt")));
-}
 
-TEST(FileTest, OverlongLinesAreCutAndTheNextLineStaysWhole)
-{
-    TemporaryDirectory directory;
+    // An overlong line is cut, and the next line stays whole.
     directory.Write("long.txt", std::string(20000, 'x') + "\nnext\n" + std::string(9999, 'y') + "\nlast");
 
     const SmartPointer<File> file = OpenedFile(directory / "long.txt");

@@ -104,8 +104,6 @@ TEST_F(ListTest, RemovingUnderASecondIteratorInvalidatesItAndFreesTheNodeLater)
         EXPECT_EQ(list.Remove(remover).id, 2);
         EXPECT_EQ(remover->id, 3);
         EXPECT_FALSE(bystander.IsValid());
-        EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { ++bystander; }), incrementFailure);
-        EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { bystander.Current(); }), currentFailure);
         EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { list.Remove(bystander); }), removeFailure);
         EXPECT_EQ(Tracked::alive, elementsInList);
         EXPECT_EQ(list.Size(), 2u);

@@ -51,6 +51,7 @@ TEST(MapTest, IndexingCreatesEntriesThatStay)
     EXPECT_EQ(value, 43);
     EXPECT_EQ(map.Size(), 202u);
     EXPECT_EQ(map[String("199")], 199);
+    EXPECT_EQ(KeysInOrder(map).size(), 202u);
 }
 
 TEST(MapTest, ConstIndexingAndFindFailOnEmptyMapEmptyBucketAndMissingKey)
@@ -83,7 +84,6 @@ TEST(MapTest, IterationGoesByBucketThenByInsertion)
 {
     // "7" lies in bucket 2, "A" and "v" both in bucket 12, "B" in bucket 13.
     Map<String, long> map;
-    EXPECT_FALSE(map.Begin().IsValid());
     map[String("B")] = 1;
     map[String("v")] = 2;
     map[String("A")] = 3;
@@ -94,30 +94,6 @@ TEST(MapTest, IterationGoesByBucketThenByInsertion)
     reversed[String("A")] = 3;
     reversed[String("v")] = 2;
     EXPECT_EQ(KeysInOrder(reversed), (std::vector<std::string>{"A", "v"}));
-}
-
-TEST(MapTest, FiftyFourKeysShareABucketAndKeepTheirInsertionOrder)
-{
-    Map<String, long> map;
-    for (long index = 0; index < 54; ++index) {
-        map[String("key") + String(index)] = index;
-    }
-    unsigned long visited = 0;
-    bool bucketShared = false;
-    uint32_t lastBucket = 0;
-    long lastIndex = -1;
-    for (MapIterator<String, long> entry = map.Begin(); entry.IsValid(); ++entry, ++visited) {
-        uint32_t bucket = entry.Key().Hash(53);
-        ASSERT_GE(bucket, lastBucket);
-        if (bucket == lastBucket && visited > 0) {
-            bucketShared = true;
-            EXPECT_GT(entry.Value(), lastIndex);
-        }
-        lastBucket = bucket;
-        lastIndex = entry.Value();
-    }
-    EXPECT_EQ(visited, 54u);
-    EXPECT_TRUE(bucketShared);
 }
 
 TEST(MapTest, InvalidIteratorFailsWithItsTexts)
@@ -169,7 +145,6 @@ TEST(MapTest, EqualityIgnoresOrderButNeedsEqualValues)
     Map<String, long> right;
     right[String("v")] = 2;
     right[String("A")] = 1;
-    EXPECT_TRUE(left == left);
     EXPECT_TRUE(left == right);
 
     right[String("A")] = 3;

@@ -51,7 +51,7 @@ using Calls = std::vector<std::pair<int, long>>;
 
 }
 
-TEST(ObserverTest, ObserversAreToldInTheOrderTheyCame)
+TEST(ObserverTest, ObserversAreToldInTheOrderTheyCameAndRemovedOneEntryAtATime)
 {
     Calls calls;
     RecordingObserver first(calls, 1);
@@ -66,7 +66,14 @@ TEST(ObserverTest, ObserversAreToldInTheOrderTheyCame)
     source.NotifyObservers(1);
     EXPECT_EQ(calls, (Calls{{2, 0}, {1, 0}, {2, 1}, {1, 1}}));
     EXPECT_EQ(first.lastSource, &source);
-    EXPECT_TRUE(source.HasObserver(&first));
+
+    // Of an observer added twice, removing takes out the first entry only.
+    source.AddObserver(&second);
+    source.RemoveObserver(&second);
+    calls.clear();
+    source.NotifyObservers(7);
+    EXPECT_EQ(calls, (Calls{{1, 7}, {2, 7}}));
+    EXPECT_TRUE(source.HasObserver(&second));
     EXPECT_TRUE(source.HasObservers());
 
     source.RemoveObserver(&second);
@@ -74,21 +81,6 @@ TEST(ObserverTest, ObserversAreToldInTheOrderTheyCame)
     source.RemoveObserver(&first);
     EXPECT_FALSE(source.HasObserver(&first));
     EXPECT_FALSE(source.HasObservers());
-}
-
-TEST(ObserverTest, RemovingTakesOutOnlyTheFirstEntryOfAnObserver)
-{
-    Calls calls;
-    RecordingObserver twice(calls, 1);
-    RecordingObserver other(calls, 2);
-    Observee<long> source;
-    source.AddObserver(&twice);
-    source.AddObserver(&other);
-    source.AddObserver(&twice);
-    source.RemoveObserver(&twice);
-    source.NotifyObservers(7);
-    EXPECT_EQ(calls, (Calls{{2, 7}, {1, 7}}));
-    EXPECT_TRUE(source.HasObserver(&twice));
 }
 
 TEST(ObserverTest, ObserverThatDetachesItselfDoesNotDisturbTheOthers)

@@ -56,7 +56,7 @@ TEST_F(SmartPointerTest, NullPointerFailsOnAccess)
     EXPECT_TRUE(empty.GetValueString().IsEmpty());
 }
 
-TEST_F(SmartPointerTest, LastCopyDeletesThroughTheVirtualDestructor)
+TEST_F(SmartPointerTest, LastCopyOrAssignmentDeletesThroughTheVirtualDestructor)
 {
     {
         SmartPointer<Base> first(new Derived());
@@ -71,18 +71,16 @@ TEST_F(SmartPointerTest, LastCopyDeletesThroughTheVirtualDestructor)
         EXPECT_EQ(first->value, 5);
     }
     EXPECT_EQ(destroyed, 2);
-}
 
-TEST_F(SmartPointerTest, AssignmentReleasesWhatTheTargetHeld)
-{
+    // Assignment releases what the target held.
     SmartPointer<Base> target(new Base());
     SmartPointer<Base> other(new Base());
     target = other;
-    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(destroyed, 3);
     other = SmartPointer<Base>();
-    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(destroyed, 3);
     target = SmartPointer<Base>();
-    EXPECT_EQ(destroyed, 2);
+    EXPECT_EQ(destroyed, 4);
 }
 
 TEST_F(SmartPointerTest, CastsShareTheCount)

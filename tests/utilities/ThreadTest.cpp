@@ -109,13 +109,20 @@ SmartPointer<ThreadImplementation_PC> NewImplementation()
 
 }
 
-TEST(ThreadTest, StopOnANeverStartedThreadDoesNothing)
+TEST(ThreadTest, StopOnAThreadThatIsNotRunningReturnsAtOnce)
 {
-    LoopingThread thread;
-    EXPECT_LT(TimeOf([&] { thread.Stop(tenSeconds); }), promptly);
-    EXPECT_FALSE(thread.IsStopRequested());
-    EXPECT_EQ(thread.runs, 0);
-    EXPECT_STREQ(thread.GetValueString().CString(), "Thread not started");
+    LoopingThread never;
+    EXPECT_LT(TimeOf([&] { never.Stop(tenSeconds); }), promptly);
+    EXPECT_FALSE(never.IsStopRequested());
+    EXPECT_EQ(never.runs, 0);
+    EXPECT_STREQ(never.GetValueString().CString(), "Thread not started");
+
+    OneShotThread<void> ended(42);
+    ended.Start();
+    while (!ended.done) {
+        std::this_thread::sleep_for(1ms);
+    }
+    EXPECT_LT(TimeOf([&] { ended.Stop(tenSeconds); }), promptly);
 }
 
 TEST(ThreadTest, StopEndsTheRunLoopAndReturnsAsSoonAsItHasEnded)
@@ -134,17 +141,7 @@ TEST(ThreadTest, StopEndsTheRunLoopAndReturnsAsSoonAsItHasEnded)
     EXPECT_STREQ(thread.GetValueString().CString(), "Thread not started");
 }
 
-TEST(ThreadTest, StopOnAThreadThatHasEndedReturnsAtOnce)
-{
-    OneShotThread<void> thread(42);
-    thread.Start();
-    while (!thread.done) {
-        std::this_thread::sleep_for(1ms);
-    }
-    EXPECT_LT(TimeOf([&] { thread.Stop(tenSeconds); }), promptly);
-}
-
-TEST(ThreadTest, ThreadCanBeStartedAgainAfterStop)
+TEST(ThreadTest, StartAfterStopOrWhileRunningBeginsANewRun)
 {
     LoopingThread thread;
     thread.Start();
@@ -153,20 +150,13 @@ TEST(ThreadTest, ThreadCanBeStartedAgainAfterStop)
     thread.Start();
     EXPECT_FALSE(thread.IsStopRequested());
     thread.WaitForRounds(thread.rounds + 1);
-    thread.Stop(tenSeconds);
     EXPECT_EQ(thread.runs, 2);
-}
 
-TEST(ThreadTest, StartOnARunningThreadEndsTheEarlierRunFirst)
-{
-    LoopingThread thread;
-    thread.Start();
-    thread.WaitForRounds(1);
+    // A start on a running thread ends the earlier run first.
     thread.Start();
     EXPECT_FALSE(thread.IsStopRequested());
-    const int rounds = thread.rounds;
-    thread.WaitForRounds(rounds + 3);
-    EXPECT_EQ(thread.runs, 2);
+    thread.WaitForRounds(thread.rounds + 3);
+    EXPECT_EQ(thread.runs, 3);
 }
 
 TEST(ThreadTest, ExitCodeIsRunsResultOrAllOnesWhenRunThrows)
