@@ -1,16 +1,13 @@
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "tests/TemporaryDirectory.h"
 #include "tests/WorkingDirectoryChange.h"
 #include "tests/utilities/FailureText.h"
+#include "tests/utilities/SettingsHome.h"
 #include "utilities/ComponentCreatorSingleton.h"
 #include "utilities/Directory.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -37,35 +34,6 @@ std::vector<std::string> NamesOf(const std::vector<SmartPointer<Entry>>& entries
     }
     return names;
 }
-
-// Sets an environment variable for the life of the object, and puts back what was there.
-class EnvironmentSetting {
-public:
-    EnvironmentSetting(const char* name, const char* value) : name(name)
-    {
-        if (const char* former = std::getenv(name)) {
-            previous = former;
-        }
-        if (value == nullptr) {
-            unsetenv(name);
-        } else {
-            setenv(name, value, 1);
-        }
-    }
-
-    ~EnvironmentSetting()
-    {
-        if (previous) {
-            setenv(name, previous->c_str(), 1);
-        } else {
-            unsetenv(name);
-        }
-    }
-
-private:
-    const char* name;
-    std::optional<std::string> previous;
-};
 
 // Translates the two messages of directories into German, and leaves everything else.
 class GermanDirectoryMessages : public Utilities::LanguageService {

@@ -2,41 +2,53 @@
 
 #include <stdlib.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
 
 #include "tests/TemporaryDirectory.h"
 
+// Sets an environment variable for the life of the object, and puts back what was there.
+class EnvironmentSetting {
+public:
+    EnvironmentSetting(const char* name, const std::string& value) : name(name)
+    {
+        if (const char* former = ::getenv(name)) {
+            previous = former;
+        }
+        ::setenv(name, value.c_str(), 1);
+    }
+
+    ~EnvironmentSetting()
+    {
+        if (previous) {
+            ::setenv(name, previous->c_str(), 1);
+        } else {
+            ::unsetenv(name);
+        }
+    }
+
+    EnvironmentSetting(const EnvironmentSetting&) = delete;
+    EnvironmentSetting& operator=(const EnvironmentSetting&) = delete;
+
+private:
+    const char* name;
+    std::optional<std::string> previous;
+};
+
 // Points the user's settings of this system at a temporary directory while the object lives.
 // The settings file of the test program is "<that directory>/orbel/test_utilities.ini".
 class SettingsHome {
 public:
-    SettingsHome() : SettingsHome(std::string()) {}
-
     // A base directory below the temporary one, which needn't exist.
-    explicit SettingsHome(const std::string& below)
+    explicit SettingsHome(const std::string& below = std::string())
+        : base(below.empty() ? home.Path() : home / below), setting("XDG_CONFIG_HOME", base),
+          settingsFile(base + "/orbel/test_utilities.ini")
     {
-        if (const char* current = ::getenv(variable)) {
-            former = current;
-        }
-        const std::string base = below.empty() ? home.Path() : home / below;
-        ::setenv(variable, base.c_str(), 1);
-        settingsFile = base + "/orbel/test_utilities.ini";
     }
 
-    ~SettingsHome()
-    {
-        if (former) {
-            ::setenv(variable, former->c_str(), 1);
-        } else {
-            ::unsetenv(variable);
-        }
-    }
-
-    SettingsHome(const SettingsHome&) = delete;
-    SettingsHome& operator=(const SettingsHome&) = delete;
-
-    const TemporaryDirectory& Home() const { return home; }
     const std::string& SettingsFile() const { return settingsFile; }
 
     void WriteSettings(const std::string& content) const
@@ -52,9 +64,8 @@ public:
     }
 
 private:
-    static constexpr char variable[] = "XDG_CONFIG_HOME";
-
     TemporaryDirectory home;
-    std::optional<std::string> former;
-    std::string settingsFile;
+    const std::string base;
+    const EnvironmentSetting setting;
+    const std::string settingsFile;
 };
