@@ -5,13 +5,10 @@
 #include <array>
 #include <cmath>
 #include <string>
-#include <vector>
 
-#include "cmetry/CieTables.h"
-#include "cmetry/ExceptionCMetry.h"
-#include "cmetry/PaperWhite.h"
+#include "tests/cmetry/ColourSamples.h"
 
-using CMetry::CieTables;
+using namespace CMetryTest;
 using CMetry::CMetryCalculator;
 using CMetry::HvColorVector;
 using CMetry::HvMeasureConditions;
@@ -19,22 +16,6 @@ using CMetry::HvSpectrum;
 using Utilities::String;
 
 namespace {
-
-using Reflectance = std::array<float, 36>;
-
-// CIE test colour samples 1, 5, 9 and 12 at 380 to 730 nm (colord-data, ref/CIE-TCS.sp).
-constexpr Reflectance tcs01 = {0.22f, 0.25f, 0.26f, 0.25f, 0.24f, 0.24f, 0.23f, 0.23f, 0.22f, 0.22f, 0.21f, 0.22f,
-    0.22f, 0.23f, 0.23f, 0.23f, 0.24f, 0.25f, 0.27f, 0.3f, 0.34f, 0.39f, 0.42f, 0.44f, 0.45f, 0.45f, 0.45f, 0.45f, 0.45f,
-    0.45f, 0.46f, 0.46f, 0.46f, 0.46f, 0.47f, 0.47f};
-constexpr Reflectance tcs05 = {0.3f, 0.31f, 0.31f, 0.32f, 0.33f, 0.33f, 0.35f, 0.36f, 0.38f, 0.4f, 0.42f, 0.42f, 0.41f,
-    0.4f, 0.39f, 0.37f, 0.35f, 0.33f, 0.31f, 0.28f, 0.26f, 0.23f, 0.21f, 0.19f, 0.19f, 0.18f, 0.18f, 0.18f, 0.18f, 0.18f,
-    0.19f, 0.19f, 0.2f, 0.2f, 0.2f, 0.2f};
-constexpr Reflectance tcs09 = {0.066f, 0.058f, 0.052f, 0.051f, 0.050f, 0.048f, 0.046f, 0.042f, 0.038f, 0.033f,
-    0.030f, 0.028f, 0.028f, 0.030f, 0.031f, 0.032f, 0.033f, 0.035f, 0.041f, 0.048f, 0.060f, 0.102f, 0.190f, 0.336f,
-    0.505f, 0.641f, 0.717f, 0.758f, 0.781f, 0.797f, 0.809f, 0.819f, 0.828f, 0.831f, 0.835f, 0.836f};
-constexpr Reflectance tcs12 = {0.12f, 0.09f, 0.08f, 0.06f, 0.08f, 0.12f, 0.21f, 0.3f, 0.35f, 0.34f, 0.31f, 0.26f,
-    0.2f, 0.15f, 0.11f, 0.08f, 0.05f, 0.04f, 0.03f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f, 0.02f,
-    0.02f, 0.03f, 0.04f, 0.06f, 0.1f, 0.17f, 0.26f, 0.35f};
 
 HvMeasureConditions Conditions(const char* colorSpace, const char* illumination = "D65",
                                const char* observer = "TwoDegree")
@@ -47,87 +28,19 @@ HvMeasureConditions Conditions(const char* colorSpace, const char* illumination 
     return conditions;
 }
 
-HvSpectrum Flat(float level)
-{
-    Reflectance values;
-    values.fill(level);
-    return HvSpectrum(values.data());
-}
-
 HvColorVector Vector(float first, float second, float third, const char* colorSpace)
 {
     return HvColorVector(first, second, third, Conditions(colorSpace));
 }
 
-template<class Call>
-std::string CMetryFailure(Call call)
+// Lab from X, Y, Z and those of the white by the textbook formula, in double precision.
+std::array<double, 3> LabOf(const HvColorVector& xyz, const HvColorVector& white)
 {
-    try {
-        call();
-    } catch (const CMetry::ExceptionCMetry& failure) {
-        return failure.Text()->CString();
-    }
-    return "no failure";
-}
-
-// The reflectance at 1 nm from 360 nm to 780 nm: cubic Lagrange through the four nearest data
-// points, quadratic in the first and last interval, constant beyond the data.
-double ReflectanceAt(const Reflectance& values, int wavelength)
-{
-    if (wavelength <= 380) {
-        return values.front();
-    }
-    if (wavelength >= 730) {
-        return values.back();
-    }
-    const int interval = (wavelength - 380) / 10;
-    const int first = interval == 0 ? 0 : (interval == 34 ? 33 : interval - 1);
-    const int count = (interval == 0 || interval == 34) ? 3 : 4;
-    const double u = (wavelength - 380) / 10.0;
-    double sum = 0.0;
-    for (int node = first; node < first + count; ++node) {
-        double basis = 1.0;
-        for (int other = first; other < first + count; ++other) {
-            if (other != node) {
-                basis *= (u - other) / (node - other);
-            }
-        }
-        sum += basis * values[static_cast<std::size_t>(node)];
-    }
-    return sum;
-}
-
-double TableAt(const CieTables::Table& table, int wavelength)
-{
-    if (wavelength < table.minimum || wavelength > table.maximum) {
-        return 0.0;
-    }
-    return table.values[static_cast<std::size_t>((wavelength - table.minimum) / table.step)];
-}
-
-double LabFunction(double t)
-{
-    return t > std::pow(6.0 / 29.0, 3.0) ? std::cbrt(t) : t / (3.0 * std::pow(6.0 / 29.0, 2.0)) + 4.0 / 29.0;
-}
-
-// Lab of a sample under a 1 nm illuminant, integrated at 1 nm in double precision.
-std::array<double, 3> LabIntegratedAt1nm(const Reflectance& values, int illuminant, int observer)
-{
-    std::array<double, 3> sample{};
-    std::array<double, 3> white{};
-    for (int wavelength = 360; wavelength <= 780; ++wavelength) {
-        const double power = TableAt(CieTables::Illuminant[illuminant], wavelength);
-        for (int axis = 0; axis < 3; ++axis) {
-            const double weight = power * TableAt(CieTables::Observer[observer][axis], wavelength);
-            white[axis] += weight;
-            sample[axis] += weight * ReflectanceAt(values, wavelength);
-        }
-    }
-    std::array<double, 3> f;
-    for (int axis = 0; axis < 3; ++axis) {
-        f[axis] = LabFunction(sample[axis] / white[axis]);
-    }
-    return {116.0 * f[1] - 16.0, 500.0 * (f[0] - f[1]), 200.0 * (f[1] - f[2])};
+    const auto f = [&](int axis) {
+        const double t = static_cast<double>(xyz[axis]) / white[axis];
+        return t > std::pow(6.0 / 29.0, 3.0) ? std::cbrt(t) : t / (3.0 * std::pow(6.0 / 29.0, 2.0)) + 4.0 / 29.0;
+    };
+    return {116.0 * f(1) - 16.0, 500.0 * (f(0) - f(1)), 200.0 * (f(1) - f(2))};
 }
 
 void ExpectVector(const HvColorVector& vector, double first, double second, double third, double tolerance,
@@ -159,26 +72,21 @@ TEST(CMetryCalculator, WhiteAndFlatGreyAreNeutralUnderEveryIlluminant)
     EXPECT_EQ(0.0f, result[3]);
 }
 
-TEST(CMetryCalculator, LabOfTestColourSamplesMatchesIntegrationAt1nm)
+// The X, Y, Z themselves are checked against an integration at 1 nm in the tests of the weights.
+TEST(CMetryCalculator, LabFollowsTheTextbookFormulaFromXYZ)
 {
-    const struct {
-        const char* name;
-        const Reflectance& values;
-    } samples[] = {{"TCS01", tcs01}, {"TCS05", tcs05}, {"TCS09", tcs09}, {"TCS12", tcs12}};
-    const struct {
-        const char* illumination;
-        int table;
-        const char* observer;
-        int observerTable;
-    } ways[] = {{"D65", 4, "TwoDegree", 0}, {"A", 0, "TwoDegree", 0}, {"D65", 4, "TenDegree", 1},
-                {"A", 0, "TenDegree", 1}};
-    for (const auto& way : ways) {
-        for (const auto& sample : samples) {
-            const std::array<double, 3> expected = LabIntegratedAt1nm(sample.values, way.table, way.observerTable);
-            const HvColorVector lab = CMetryCalculator::GetVector(HvSpectrum(sample.values.data()),
-                                                                  Conditions("CIELab", way.illumination, way.observer));
-            ExpectVector(lab, expected[0], expected[1], expected[2], 0.01,
-                         std::string(sample.name) + " " + way.illumination + " " + way.observer);
+    const HvSpectrum samples[] = {SpectrumOf(tcs01), SpectrumOf(tcs05), SpectrumOf(tcs09), SpectrumOf(tcs12),
+                                  Flat(0.005f)};
+    for (const char* illumination : {"D65", "A"}) {
+        for (const char* observer : {"TwoDegree", "TenDegree"}) {
+            const auto vectorOf = [&](const HvSpectrum& sample, const char* colorSpace) {
+                return CMetryCalculator::GetVector(sample, Conditions(colorSpace, illumination, observer));
+            };
+            for (const HvSpectrum& sample : samples) {
+                const auto expected = LabOf(vectorOf(sample, "CIEXYZ"), vectorOf(Flat(1.0f), "CIEXYZ"));
+                ExpectVector(vectorOf(sample, "CIELab"), expected[0], expected[1], expected[2], 1e-3,
+                             std::string(illumination) + " " + observer + " " + std::to_string(sample[17]));
+            }
         }
     }
 }
@@ -212,8 +120,8 @@ TEST(CMetryCalculator, ChromaticityAndTristimulusFilterValues)
                  "Hunter Lab of white");
     const HvColorVector hunterBlack = CMetryCalculator::GetVector(Flat(0.0f), Conditions("HunterLab"));
     ExpectVector(hunterBlack, 0.001, 0.0, 0.0, 1e-6, "Hunter Lab of black");
-    const HvColorVector hunter = CMetryCalculator::GetVector(HvSpectrum(tcs09.data()), Conditions("HunterLab"));
-    const HvColorVector xyz = CMetryCalculator::GetVector(HvSpectrum(tcs09.data()), Conditions("CIEXYZ"));
+    const HvColorVector hunter = CMetryCalculator::GetVector(SpectrumOf(tcs09), Conditions("HunterLab"));
+    const HvColorVector xyz = CMetryCalculator::GetVector(SpectrumOf(tcs09), Conditions("CIEXYZ"));
     EXPECT_NEAR(hunter[0], 10.0 * std::sqrt(xyz[1]), 1e-4);
     EXPECT_NEAR(hunter[1], (100.0 / 95.047 * xyz[0] - xyz[1]) * 17.5 / std::sqrt(xyz[1]), 0.02);
     EXPECT_NEAR(hunter[2], (xyz[1] - 100.0 / 108.883 * xyz[2]) * 7.0 / std::sqrt(xyz[1]), 0.02);
@@ -262,25 +170,16 @@ TEST(CMetryCalculatorDeathTest, PaperWhiteBaseWithoutPaperWhiteFails)
         testing::ExitedWithCode(0), "");
 }
 
-TEST(CMetryCalculator, PaperWhiteBaseDividesBeforeComputing)
-{
-    const HvSpectrum paper(tcs05.data());
-    CMetry::SetPaperWhite(paper);
-    HvMeasureConditions conditions = Conditions("CIELab");
-    conditions.SetCondition("Colorimetric.WhiteBase", "Paper");
-    ExpectVector(CMetryCalculator::GetVector(paper, conditions), 100.0, 0.0, 0.0, 1e-3, "paper on itself");
-}
-
 TEST(CMetryCalculator, ConvertFollowsTheWaysForward)
 {
-    const HvColorVector xyz = CMetryCalculator::GetVector(HvSpectrum(tcs12.data()), Conditions("CIEXYZ", "D50"));
-    const HvColorVector lab = CMetryCalculator::GetVector(HvSpectrum(tcs12.data()), Conditions("CIELab", "D50"));
+    const HvColorVector xyz = CMetryCalculator::GetVector(SpectrumOf(tcs12), Conditions("CIEXYZ", "D50"));
+    const HvColorVector lab = CMetryCalculator::GetVector(SpectrumOf(tcs12), Conditions("CIELab", "D50"));
     const HvColorVector converted = CMetryCalculator::Convert(xyz, "CIELab");
     ExpectVector(converted, lab[0], lab[1], lab[2], 1e-4, "XYZ to Lab");
     EXPECT_EQ(String("CIELab"), converted.GetConditions().GetColorSpace());
     EXPECT_EQ(converted.GetConditions().GetIllumination(), xyz.GetConditions().GetIllumination());
     ExpectVector(CMetryCalculator::Convert(lab, "CIEXYZ"), xyz[0], xyz[1], xyz[2], 1e-4, "Lab to XYZ");
-    const HvColorVector lch = CMetryCalculator::GetVector(HvSpectrum(tcs12.data()), Conditions("CIELCh", "D50"));
+    const HvColorVector lch = CMetryCalculator::GetVector(SpectrumOf(tcs12), Conditions("CIELCh", "D50"));
     ExpectVector(CMetryCalculator::Convert(lab, "CIELCh"), lch[0], lch[1], lch[2], 1e-4, "Lab to LCh");
     const HvColorVector xyY = CMetryCalculator::Convert(xyz, "CIExyY");
     const HvColorVector viaxyY = CMetryCalculator::Convert(xyY, "CIEuvY1976");

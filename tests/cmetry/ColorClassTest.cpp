@@ -5,19 +5,12 @@
 #include <cmath>
 #include <string>
 
+#include "tests/cmetry/ColourSamples.h"
+
+using namespace CMetryTest;
 using CMetry::ColorClass;
-using CMetry::HvSpectrum;
 
 namespace {
-
-HvSpectrum Flat(float level)
-{
-    HvSpectrum spectrum;
-    for (uint16_t index = 0; index < 36; ++index) {
-        spectrum[index] = level;
-    }
-    return spectrum;
-}
 
 int ClassAtHue(float lightness, float chroma, double degrees)
 {

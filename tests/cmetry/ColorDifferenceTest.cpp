@@ -7,8 +7,9 @@
 #include <string>
 
 #include "cmetry/CMetryCalculator.h"
-#include "cmetry/ExceptionCMetry.h"
+#include "tests/cmetry/ColourSamples.h"
 
+using namespace CMetryTest;
 using CMetry::CMetryCalculator;
 using CMetry::ColorDifference;
 using CMetry::HvColorVector;
@@ -43,26 +44,6 @@ HvSpectrum Step(float low, float high, double edge)
         spectrum[index] = static_cast<float>(low + (high - low) / (1.0 + std::exp(-(wavelength - edge) / 20.0)));
     }
     return spectrum;
-}
-
-HvSpectrum Flat(float level)
-{
-    HvSpectrum spectrum;
-    for (uint16_t index = 0; index < 36; ++index) {
-        spectrum[index] = level;
-    }
-    return spectrum;
-}
-
-template<class Call>
-std::string CMetryFailure(Call call)
-{
-    try {
-        call();
-    } catch (const CMetry::ExceptionCMetry& failure) {
-        return failure.Text()->CString();
-    }
-    return "no failure";
 }
 
 Lab LabOf(const HvSpectrum& spectrum)

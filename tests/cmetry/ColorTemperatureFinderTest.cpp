@@ -7,9 +7,10 @@
 
 #include "cmetry/BlackBody.h"
 #include "cmetry/CieTables.h"
-#include "cmetry/ExceptionCMetry.h"
 #include "cmetry/HvColorVector.h"
+#include "tests/cmetry/ColourSamples.h"
 
+using namespace CMetryTest;
 using CMetry::ColorTemperatureFinder;
 using CMetry::HvMeasureConditions;
 using CMetry::HvSpectrum;
@@ -42,17 +43,6 @@ double Radiance(double temperature, double wavelengthNm)
     const double c = 2.9979e8;
     const double metres = wavelengthNm * 1e-9;
     return 2.0 * h * c * c / std::pow(metres, 5) / (std::exp(c * h / k / (temperature * metres)) - 1.0);
-}
-
-template<class Call>
-std::string CMetryFailure(Call call)
-{
-    try {
-        call();
-    } catch (const CMetry::ExceptionCMetry& failure) {
-        return failure.Text()->CString();
-    }
-    return "no failure";
 }
 
 }

@@ -7,11 +7,12 @@
 #include <string>
 
 #include "cmetry/DensityCorrection.h"
-#include "cmetry/ExceptionCMetry.h"
 #include "cmetry/PaperWhite.h"
 #include "cmetry/UserFilters.h"
 #include "utilities/ExceptionOutOfBound.h"
+#include "tests/cmetry/ColourSamples.h"
 
+using namespace CMetryTest;
 using CMetry::DensityFilterMode;
 using CMetry::DensityStandard;
 using CMetry::DensityValues;
@@ -23,15 +24,6 @@ using Utilities::String;
 using Utilities::Vector;
 
 namespace {
-
-using Values = std::array<float, 36>;
-
-HvSpectrum Flat(float level)
-{
-    Values values;
-    values.fill(level);
-    return HvSpectrum(values.data());
-}
 
 HvMeasureConditions Conditions(const char* whiteBase, const char* mode = "Auto", const char* standard = "DIN")
 {
@@ -45,22 +37,11 @@ HvMeasureConditions Conditions(const char* whiteBase, const char* mode = "Auto",
 // A cyan ink: it absorbs the red end and lets the blue end through.
 HvSpectrum Cyan()
 {
-    Values values;
+    Reflectance values;
     for (std::size_t index = 0; index < values.size(); ++index) {
         values[index] = index < 18 ? 0.7f : 0.05f;
     }
     return HvSpectrum(values.data());
-}
-
-template<class Call>
-std::string CMetryFailure(Call call)
-{
-    try {
-        call();
-    } catch (const CMetry::ExceptionCMetry& failure) {
-        return failure.Text()->CString();
-    }
-    return "no failure";
 }
 
 SmartPointer<Vector<float>> Four(float black, float cyan, float magenta, float yellow)

@@ -9,6 +9,7 @@
 #include "utilities/LanguageService.h"
 #include "utilities/Map.h"
 
+#include "tests/cmetry/ColourSamples.h"
 #include "tests/utilities/FailureText.h"
 
 #include <gtest/gtest.h>
@@ -89,25 +90,18 @@ public:
 TEST(MeasureConditions, NewConditionsAnswerEveryKeyWithItsDefault)
 {
     const HvMeasureConditions conditions;
-    const std::pair<const char*, const char*> defaults[] = {
-        {"Colorimetric.Illumination", "D65"},
-        {"Colorimetric.Observer", "TwoDegree"},
-        {"Colorimetric.WhiteBase", "Automatic"},
-        {"Colorimetric.DensityStandard", "DIN"},
-        {"Colorimetric.DensityFilterMode", "Auto"},
-        {"Physical.Filter", "No"},
-        {"Physical.NumberOfDataPointsSpectrum", "36"},
-        {"Physical.WavelengthSpectrumMax", "730nm"},
-        {"Physical.WavelengthSpectrumMin", "380nm"},
-        {"ColorSpaceDescription.Type", "CIELab"},
+    const std::pair<const char*, const char*> defaults[] = {{"Colorimetric.Illumination", "D65"},
+        {"Colorimetric.Observer", "TwoDegree"}, {"Colorimetric.WhiteBase", "Automatic"},
+        {"Colorimetric.DensityStandard", "DIN"}, {"Colorimetric.DensityFilterMode", "Auto"}, {"Physical.Filter", "No"},
+        {"Physical.NumberOfDataPointsSpectrum", "36"}, {"Physical.WavelengthSpectrumMax", "730nm"},
+        {"Physical.WavelengthSpectrumMin", "380nm"}, {"ColorSpaceDescription.Type", "CIELab"},
         {"ColorSpaceDescription.AbsoluteOrDeltaVector", "AbsoluteVector"},
-        {"ColorSpaceDescription.DeltaEFormula", "CIELab"},
-        {"CustomCondition", "Undefined"},
-        {"Some.Other.Key", "Undefined"},
-    };
+        {"ColorSpaceDescription.DeltaEFormula", "CIELab"}, {"CustomCondition", "Undefined"},
+        {"Some.Other.Key", "Undefined"}};
     for (const auto& [key, value] : defaults) {
         EXPECT_EQ(value, ConditionOf(conditions, key)) << key;
     }
+    // The texts come from the numbers through the keyword tables; these pin the numbers themselves.
     EXPECT_EQ(Illumination::D65, conditions.GetIllumination().GetType());
     EXPECT_EQ(Observer::TwoDegree, conditions.GetObserver());
     EXPECT_EQ(WhiteBase::Automatic, conditions.GetWhiteBase());
@@ -130,9 +124,6 @@ TEST(MeasureConditions, VocabularyListsTheValidValuesInListOrder)
         ValidValues("Colorimetric.DensityFilterMode"));
     EXPECT_EQ((std::vector<std::string>{"No", "Polarizer", "UVCut", "D65", "Custom", "CalibrationCheck", "ND0"}),
         ValidValues("Physical.Filter"));
-    EXPECT_EQ((std::vector<std::string>{"36"}), ValidValues("Physical.NumberOfDataPointsSpectrum"));
-    EXPECT_EQ((std::vector<std::string>{"730nm"}), ValidValues("Physical.WavelengthSpectrumMax"));
-    EXPECT_EQ((std::vector<std::string>{"380nm"}), ValidValues("Physical.WavelengthSpectrumMin"));
     EXPECT_EQ((std::vector<std::string>{"CIELab", "CIELCh", "CIELuv", "CIELChuv", "CIEuvY1960", "CIEuvY1976",
                   "CIEXYZ", "CIExyY", "HunterLab", "RxRyRz", "LABmg", "LCHmg", "RGB", "CMYK"}),
         ValidValues("ColorSpaceDescription.Type"));
@@ -142,8 +133,6 @@ TEST(MeasureConditions, VocabularyListsTheValidValuesInListOrder)
         ValidValues("ColorSpaceDescription.DeltaEFormula"));
     EXPECT_EQ((std::vector<std::string>{"X", "Y", "Z", "delta X", "delta Y", "delta Z"}),
         ValidValues("ColorSpaceDescription.CIEXYZ"));
-
-    EXPECT_TRUE(ValidValues("No.Such.Key").empty());
     EXPECT_TRUE(ValidValues("No.Such.Key").empty());
 }
 
@@ -168,30 +157,15 @@ TEST(MeasureConditions, EveryValidValueOfAKeyIsSetAndReadBack)
 
 TEST(MeasureConditions, IlluminationTextsGiveTheirNumbers)
 {
-    const std::pair<const char*, Illumination> numbers[] = {
-        {"A", Illumination::A},
-        {"B", Illumination::B},
-        {"C", Illumination::C},
-        {"D75", Illumination::D75},
-        {"D65", Illumination::D65},
-        {"D55", Illumination::D55},
-        {"D50", Illumination::D50},
-        {"F2", Illumination::F2},
-        {"F7", Illumination::F7},
-        {"F11", Illumination::F11},
-        {"Userdefined", Illumination::Userdefined},
-        {"Emission", Illumination::Emission},
-        {"Undefined", Illumination::Undefined},
-    };
+    const std::pair<const char*, Illumination> numbers[] = {{"A", Illumination::A}, {"B", Illumination::B},
+        {"C", Illumination::C}, {"D75", Illumination::D75}, {"D65", Illumination::D65}, {"D55", Illumination::D55},
+        {"D50", Illumination::D50}, {"F2", Illumination::F2}, {"F7", Illumination::F7}, {"F11", Illumination::F11},
+        {"Userdefined", Illumination::Userdefined}, {"Emission", Illumination::Emission},
+        {"Undefined", Illumination::Undefined}};
     for (const auto& [text, number] : numbers) {
         EXPECT_EQ(IlluminationTYPE(number), ParseIllumination(text)) << text;
         EXPECT_EQ(text, Text(ToString(IlluminationTYPE(number))));
     }
-    EXPECT_EQ(3, static_cast<int>(Illumination::D75));
-    EXPECT_EQ(6, static_cast<int>(Illumination::D50));
-    EXPECT_EQ(9, static_cast<int>(Illumination::F7));
-    EXPECT_EQ(13, static_cast<int>(Illumination::Emission));
-    EXPECT_EQ(16, static_cast<int>(Illumination::S2));
 
     const IlluminationTYPE f3 = ParseIllumination("F3");
     EXPECT_EQ(Illumination::F, f3.GetType());
@@ -223,9 +197,6 @@ TEST(MeasureConditions, IlluminationsCompareByEveryField)
 TEST(MeasureConditions, SettingConditionsStoresTheirNumbers)
 {
     HvMeasureConditions conditions;
-    conditions.SetCondition("Colorimetric.Illumination", "F7");
-    EXPECT_EQ(Illumination::F7, conditions.GetIllumination().GetType());
-    EXPECT_EQ("F7", ConditionOf(conditions, "Colorimetric.Illumination"));
     conditions.SetCondition("Colorimetric.Illumination", "F3");
     EXPECT_EQ(IlluminationTYPE::Fluorescent(3), conditions.GetIllumination());
     EXPECT_EQ("F3", ConditionOf(conditions, "Colorimetric.Illumination"));
@@ -267,8 +238,7 @@ TEST(MeasureConditions, WrongValuesFailWithTheirTextsAndChangeNothing)
         {"Physical.Filter", "Lab is not a valid whitespacetype"},
         {"ColorSpaceDescription.AbsoluteOrDeltaVector", "Lab is not valid for absolute or relative vectors"},
         {"ColorSpaceDescription.Type", "Lab is not a valid color space"},
-        {"ColorSpaceDescription.DeltaEFormula", "Lab is not a valid delta E formula"},
-    };
+        {"ColorSpaceDescription.DeltaEFormula", "Lab is not a valid delta E formula"}};
     HvMeasureConditions conditions;
     conditions.SetCondition("Colorimetric.Illumination", "F3");
     conditions.SetCondition("ColorSpaceDescription.Type", "CIEXYZ");
@@ -370,27 +340,20 @@ TEST(MeasureConditions, AMapOfConditionsStopsAtItsFirstFailure)
 
 TEST(MeasureConditions, EqualityTakesEveryConditionButTheCustomOnes)
 {
-    const std::pair<const char*, const char*> changes[] = {
-        {"ColorSpaceDescription.Type", "CIEXYZ"},
-        {"Colorimetric.Illumination", "D50"},
-        {"Colorimetric.Observer", "TenDegree"},
-        {"Colorimetric.WhiteBase", "Absolute"},
-        {"Colorimetric.DensityStandard", "ANSIT"},
-        {"Colorimetric.DensityFilterMode", "Cyan"},
-        {"ColorSpaceDescription.DeltaEFormula", "94"},
-        {"Physical.Filter", "UVCut"},
-        {"ColorSpaceDescription.AbsoluteOrDeltaVector", "DeltaVector"},
-    };
-    for (const auto& [key, value] : changes) {
+    const auto with = [](const char* key, const char* value) {
         HvMeasureConditions changed;
         changed.SetCondition(key, value);
-        EXPECT_NE(HvMeasureConditions(), changed) << key;
+        return changed;
+    };
+    const std::pair<const char*, const char*> changes[] = {{"ColorSpaceDescription.Type", "CIEXYZ"},
+        {"Colorimetric.Illumination", "D50"}, {"Colorimetric.Observer", "TenDegree"},
+        {"Colorimetric.WhiteBase", "Absolute"}, {"Colorimetric.DensityStandard", "ANSIT"},
+        {"Colorimetric.DensityFilterMode", "Cyan"}, {"ColorSpaceDescription.DeltaEFormula", "94"},
+        {"Physical.Filter", "UVCut"}, {"ColorSpaceDescription.AbsoluteOrDeltaVector", "DeltaVector"}};
+    for (const auto& [key, value] : changes) {
+        EXPECT_NE(HvMeasureConditions(), with(key, value)) << key;
     }
-    HvMeasureConditions f3;
-    f3.SetCondition("Colorimetric.Illumination", "F3");
-    HvMeasureConditions f4;
-    f4.SetCondition("Colorimetric.Illumination", "F4");
-    EXPECT_NE(f3, f4);
+    EXPECT_NE(with("Colorimetric.Illumination", "F3"), with("Colorimetric.Illumination", "F4"));
 
     HvMeasureConditions filtered;
     filtered.SetCondition("Physical.Filter", "Polarizer");
@@ -401,11 +364,7 @@ TEST(MeasureConditions, EqualityTakesEveryConditionButTheCustomOnes)
 
 TEST(MeasureConditions, UserDefinedIlluminationIsSharedByCopiesAndComparedByIdentity)
 {
-    float values[36];
-    for (int index = 0; index < 36; ++index) {
-        values[index] = 50.0f + static_cast<float>(index);
-    }
-    const HvSpectrum lamp(values);
+    const HvSpectrum lamp = CMetryTest::Flat(50.0f);
 
     HvMeasureConditions conditions;
     conditions.SetUserDefinedIllumination(lamp);
@@ -442,12 +401,9 @@ TEST(MeasureConditions, ChannelNamesFollowColorSpaceAndVectorKind)
 {
     EXPECT_EQ((std::vector<std::string>{"delta u' 1976", "delta v' 1976", "delta L 1976", ""}),
         ChannelNames("CIEuvY1976", "DeltaVector", 4));
-    EXPECT_EQ((std::vector<std::string>{"u' 1976", "v' 1976", "Y 1976", ""}),
-        ChannelNames("CIEuvY1976", "AbsoluteVector", 4));
     EXPECT_EQ((std::vector<std::string>{"L*", "a*", "b*"}), ChannelNames("CIELab", "AbsoluteVector", 3));
     EXPECT_EQ((std::vector<std::string>{"delta L*", "delta C*", "delta H*"}), ChannelNames("CIELCh", "DeltaVector", 3));
     EXPECT_EQ((std::vector<std::string>{"L(l)", "a(l)", "b(l)"}), ChannelNames("HunterLab", "AbsoluteVector", 3));
-    EXPECT_EQ((std::vector<std::string>{"C", "M", "Y", "K", ""}), ChannelNames("CMYK", "AbsoluteVector", 5));
     EXPECT_EQ((std::vector<std::string>{"delta C", "delta M", "delta Y", "delta K", ""}),
         ChannelNames("CMYK", "DeltaVector", 5));
     EXPECT_EQ((std::vector<std::string>{"", ""}), ChannelNames("Undefined", "AbsoluteVector", 2));

@@ -5,9 +5,10 @@
 #include <cmath>
 #include <string>
 
-#include "cmetry/ExceptionCMetry.h"
 #include "cmetry/PaperWhite.h"
+#include "tests/cmetry/ColourSamples.h"
 
+using namespace CMetryTest;
 using CMetry::DensityFilterMode;
 using CMetry::DensityStandard;
 using CMetry::HvDensities;
@@ -15,15 +16,6 @@ using CMetry::HvMeasureConditions;
 using CMetry::HvSpectrum;
 
 namespace {
-
-HvSpectrum Flat(float level)
-{
-    HvSpectrum spectrum;
-    for (uint16_t index = 0; index < 36; ++index) {
-        spectrum[index] = level;
-    }
-    return spectrum;
-}
 
 HvSpectrum OfDensity(double density)
 {
@@ -34,17 +26,6 @@ HvSpectrum OfDensity(double density)
 HvSpectrum Tint(double area)
 {
     return Flat(static_cast<float>(1.0 - 0.9 * area));
-}
-
-template<class Call>
-std::string CMetryFailure(Call call)
-{
-    try {
-        call();
-    } catch (const CMetry::ExceptionCMetry& failure) {
-        return failure.Text()->CString();
-    }
-    return "no failure";
 }
 
 class PrintMetrics : public ::testing::Test {

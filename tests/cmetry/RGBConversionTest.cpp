@@ -6,6 +6,7 @@
 #include "cmetry/ColorSpaceConversion.h"
 #include "cmetry/VellumCMMScreen.h"
 #include "utilities/ComponentCreatorNormal.h"
+#include "tests/cmetry/ColourSamples.h"
 
 using CMetry::CMetryCalculator;
 using CMetry::HvColorVector;
@@ -76,11 +77,9 @@ TEST(RGBConversion, SpectraAndVectorsReachRGBAlike)
     HvMeasureConditions conditions;
     conditions.SetCondition("Colorimetric.WhiteBase", "Absolute");
     conditions.SetCondition("ColorSpaceDescription.Type", "RGB");
-    float values[36];
-    for (float& value : values) {
-        value = 1.0f;
-    }
-    ExpectRGB(CMetryCalculator::GetVector(CMetry::HvSpectrum(values, conditions), conditions), 255.0f, 255.0f, 255.0f);
+    CMetry::HvSpectrum white = CMetryTest::Flat(1.0f);
+    white.SetConditions(conditions);
+    ExpectRGB(CMetryCalculator::GetVector(white, conditions), 255.0f, 255.0f, 255.0f);
     const HvColorVector lab = Lab(41.0f, 20.0f, -30.0f);
     const HvColorVector xyz = CMetryCalculator::Convert(lab, "CIEXYZ");
     EXPECT_EQ(CMetryCalculator::Convert(lab, "RGB"), CMetryCalculator::Convert(xyz, "RGB"));

@@ -6,9 +6,10 @@
 #include <string>
 
 #include "cmetry/CMetryCalculator.h"
-#include "cmetry/ExceptionCMetry.h"
 #include "cmetry/HvLab.h"
+#include "tests/cmetry/ColourSamples.h"
 
+using namespace CMetryTest;
 using CMetry::CMetryCalculator;
 using CMetry::HvColorVector;
 using CMetry::HvMeasureConditions;
@@ -36,17 +37,6 @@ int CountOf(const HvSpectrum& spectrum, float value)
         count += spectrum[index] == value ? 1 : 0;
     }
     return count;
-}
-
-template<class Call>
-std::string CMetryFailure(Call call)
-{
-    try {
-        call();
-    } catch (const CMetry::ExceptionCMetry& failure) {
-        return failure.Text()->CString();
-    }
-    return "no failure";
 }
 
 }
