@@ -6,11 +6,11 @@
 #include <fstream>
 #include <iterator>
 #include <numeric>
-#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "sim/SpectralTables.h"
+#include "sim/Target.h"
 #include "tests/sim/SimHarness.h"
 
 namespace OrbelSimTest {
@@ -32,12 +32,6 @@ std::vector<std::uint8_t> ReadWholeEeprom(RawHost& host)
     image.insert(image.end(), part.begin(), part.end());
   }
   return image;
-}
-
-std::vector<std::uint8_t> ReadFile(const std::string& path)
-{
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 // The host's chain, written from the records alone: mean, linearise, subtract dark, fold.
@@ -114,42 +108,43 @@ private:
 
 TEST(InstrumentWire, StartIsQuickAndStopLeavesNothingBehind)
 {
-  const std::string directory = TemporaryDirectory();
+  const TemporaryDirectory directory;
+  const auto run = [&](const std::string& command) {
+    return ProgramRunner::Run(ORBEL_SIM_BINARY, {command, "--serial", "4711"}, "ORBEL_SIM_DIR", directory.Path());
+  };
   const auto before = std::chrono::steady_clock::now();
-  const ProgramResult started =
-      ProgramRunner::Run(ORBEL_SIM_BINARY, {"start", "--serial", "4711"}, "ORBEL_SIM_DIR", directory);
+  const ProgramResult started = run("start");
   const auto took = std::chrono::steady_clock::now() - before;
   ASSERT_EQ(started.exitCode, 0) << started.err;
   EXPECT_EQ(started.out, "sim:4711\n");
   EXPECT_LT(took, std::chrono::seconds(1));
-  EXPECT_TRUE(std::filesystem::exists(directory + "/4711.sock"));
-  const ProgramResult status = ProgramRunner::Run(ORBEL_SIM_BINARY, {"status", "--serial", "4711"}, "ORBEL_SIM_DIR", directory);
-  const long pid = std::stol(JsonField(status.out, "pid"));
+  EXPECT_TRUE(std::filesystem::exists(directory / "4711.sock"));
+  const long pid = std::stol(JsonField(run("status").out, "pid"));
   EXPECT_TRUE(ProgramRunner::ProcessAlive(pid));
 
-  const ProgramResult again = ProgramRunner::Run(ORBEL_SIM_BINARY, {"start", "--serial", "4711"}, "ORBEL_SIM_DIR", directory);
+  const ProgramResult again = run("start");
   EXPECT_EQ(again.exitCode, 1);
   EXPECT_EQ(again.err, "orbel-sim: an instrument with serial 4711 runs already (sim:4711)\n");
 
-  const ProgramResult stopped = ProgramRunner::Run(ORBEL_SIM_BINARY, {"stop", "--serial", "4711"}, "ORBEL_SIM_DIR", directory);
+  const ProgramResult stopped = run("stop");
   EXPECT_EQ(stopped.exitCode, 0) << stopped.err;
   EXPECT_FALSE(ProgramRunner::ProcessAlive(pid));
-  EXPECT_TRUE(std::filesystem::is_empty(directory));
-  const ProgramResult none = ProgramRunner::Run(ORBEL_SIM_BINARY, {"press", "--serial", "4711"}, "ORBEL_SIM_DIR", directory);
+  EXPECT_TRUE(std::filesystem::is_empty(directory.Path()));
+  const ProgramResult none = run("press");
   EXPECT_EQ(none.exitCode, 1);
   EXPECT_EQ(none.err, "orbel-sim: no instrument with serial 4711 is running\n");
-  std::filesystem::remove_all(directory);
 }
 
 TEST(InstrumentWire, EepromReadsBackByteForByteAndKeepsWritesAcrossRuns)
 {
-  const std::string directory = TemporaryDirectory();
-  const std::string file = directory + "/eeprom.bin";
+  const TemporaryDirectory directory;
+  const std::string file = directory / "eeprom.bin";
   {
     SimHarness sim({"--noise", "off", "--eeprom", file});
     RawHost host(sim.SocketPath());
     const std::vector<std::uint8_t> image = ReadWholeEeprom(host);
-    EXPECT_EQ(image, ReadFile(file));
+    const std::string onDisk = directory.Read("eeprom.bin");
+    EXPECT_EQ(image, std::vector<std::uint8_t>(onDisk.begin(), onDisk.end()));
     EXPECT_EQ(host.ReadEeprom(4096, 4), (std::vector<std::uint8_t>{0, 1, image[4098], image[4099]}));
 
     host.WriteEeprom(100, {1, 2, 3, 4, 5});
@@ -162,7 +157,6 @@ TEST(InstrumentWire, EepromReadsBackByteForByteAndKeepsWritesAcrossRuns)
   SimHarness second({"--noise", "off", "--eeprom", file}, 1000002);
   RawHost host(second.SocketPath());
   EXPECT_EQ(host.ReadEeprom(100, 5), (std::vector<std::uint8_t>{1, 2, 3, 4, 5}));
-  std::filesystem::remove_all(directory);
 }
 
 TEST(InstrumentWire, EntryListAndRecordsFollowTheFileSystem)
@@ -175,11 +169,11 @@ TEST(InstrumentWire, EntryListAndRecordsFollowTheFileSystem)
                            10002, 10003, 10004, 10005, 10010, 10011, 10012, 10013, 10020, 10021, 11000, 11021}) {
     EXPECT_TRUE(files.Has(id)) << id;
   }
-  EXPECT_EQ(files.Range(10000).first, 0u);
-  EXPECT_LE(files.Range(10021).first + 4, 0x800u);
-  EXPECT_LE(files.Range(11021).first + 4, 0x1000u);
-  EXPECT_EQ(files.Range(11000).first, 0x800u);
-  EXPECT_EQ(files.Range(1000).first, 0x1200u);
+  EXPECT_EQ(files.Address(10000), 0u);
+  EXPECT_LE(files.Address(10021) + 4, 0x800u);
+  EXPECT_LE(files.Address(11021) + 4, 0x1000u);
+  EXPECT_EQ(files.Address(11000), 0x800u);
+  EXPECT_EQ(files.Address(1000), 0x1200u);
   EXPECT_EQ(files.U32(1211), 1234567u);
   EXPECT_EQ(files.U32(1204), 40000u);
   EXPECT_EQ(files.U32(1205), 2500u);
@@ -194,16 +188,9 @@ TEST(InstrumentWire, EntryListAndRecordsFollowTheFileSystem)
   EXPECT_EQ(files.Floats(1100).size(), 36u);
   EXPECT_EQ(files.Words(10010).size(), 128u);
 
-  for (const std::uint16_t offset : {0, 1000}) {
-    std::uint32_t sum = 0;
-    for (std::uint16_t id : files.Ids()) {
-      if (id > 10000 + offset && id < 11000 + offset) {
-        for (std::uint32_t word : files.Words(id)) {
-          sum += word;
-        }
-      }
-    }
-    EXPECT_EQ(files.U32(static_cast<std::uint16_t>(10000 + offset)), sum) << "copy " << offset;
+  for (const std::uint16_t copy : {10000, 11000}) {
+    const std::uint32_t sum = files.SumBetween(copy, static_cast<std::uint16_t>(copy + 1000));
+    EXPECT_EQ(files.U32(copy), sum) << "copy " << copy;
     EXPECT_NE(sum, 0u);
   }
 }
@@ -218,8 +205,6 @@ TEST(InstrumentWire, TileIsBelowSaturationAndDarkBelowItsLimit)
   for (const auto& row : tile) {
     peak = std::max(peak, *std::max_element(row.begin() + 1, row.end()));
   }
-  EXPECT_LT(peak, 60000);
-  EXPECT_GT(peak, 40000 / 2);
   EXPECT_NEAR(peak, 40000, 2000);
 
   const Rows dark = host.Measure(kTileTicks, 4, kGain1 | kLampOff);
@@ -245,11 +230,7 @@ TEST(InstrumentWire, RoundTripRecoversReflectanceFromTheRecords)
   for (const std::string name : {"tcs01", "tcs05", "tcs09", "tcs12", "tcs14", "grey10", "grey90"}) {
     sim.Ok({"place", "sample:" + name});
     const std::vector<double> sample = host_side.Signal(0);
-    const OrbelSim::Spectrum36 truth = name.rfind("grey", 0) == 0
-                                           ? [&] { OrbelSim::Spectrum36 g{}; g.fill(std::stod(name.substr(4)) / 100.0); return g; }()
-                                           : std::find_if(OrbelSim::SpectralTables::TestColourSamples().begin(),
-                                                          OrbelSim::SpectralTables::TestColourSamples().end(),
-                                                          [&](const auto& s) { return s.name == name; })->values;
+    const OrbelSim::Spectrum36 truth = OrbelSim::TargetCatalog::Sample(name).values;
     for (std::size_t k = 0; k < 36; ++k) {
       EXPECT_NEAR(sample[k] * tileRecord[k] / tile[k], truth[k], 0.002) << name << " at " << 380 + 10 * k << " nm";
     }
@@ -468,15 +449,8 @@ TEST(InstrumentWire, EepromDamageIsVisibleToTheHost)
     RawHost host(sim.SocketPath());
     sim.Ok({"fault", "break-log-mirror"});
     const EepromFiles files(ReadWholeEeprom(host));
-    std::uint32_t sum = 0;
-    for (std::uint16_t id : files.Ids()) {
-      if (id > 11000 && id < 12000) {
-        for (std::uint32_t word : files.Words(id)) {
-          sum += word;
-        }
-      }
-    }
-    EXPECT_NE(files.U32(11000), sum);
+    EXPECT_NE(files.U32(11000), files.SumBetween(11000, 12000));
+    EXPECT_EQ(files.U32(10000), files.SumBetween(10000, 11000));
   }
   sim.Ok({"fault", "erase-eeprom"});
   RawHost host(sim.SocketPath());

@@ -2,14 +2,12 @@
 // faults and the command line's refusals.
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include <gtest/gtest.h>
 
 #include "sim/CommandLine.h"
 #include "sim/Eeprom.h"
-#include "sim/Faults.h"
 #include "sim/Instrument.h"
 #include "sim/MeasurementEngine.h"
 #include "sim/SpectralTables.h"
@@ -23,11 +21,22 @@ namespace {
 
 using namespace OrbelSim;
 
-std::string WriteText(const std::string& directory, const std::string& name, const std::string& text)
+std::string WriteText(const TemporaryDirectory& directory, const std::string& name, const std::string& text)
 {
-  const std::string path = directory + "/" + name;
-  std::ofstream(path) << text;
-  return path;
+  directory.Write(name, text);
+  return directory / name;
+}
+
+// The text of the std::invalid_argument that a call throws.
+template<class Call>
+std::string Refusal(Call call)
+{
+  try {
+    call();
+  } catch (const std::invalid_argument& error) {
+    return error.what();
+  }
+  return "accepted";
 }
 
 std::array<double, 3> Lab(const Spectrum36& reflectance)
@@ -80,7 +89,7 @@ TEST(SimModel, TargetsAreNamedOrReadAndBadOnesExplained)
   EXPECT_EQ(TargetCatalog::Parse("sample:grey30", tile).values[20], 0.3);
   EXPECT_EQ(TargetCatalog::Parse("display:red", tile).kind, TargetKind::Emission);
   EXPECT_DOUBLE_EQ(TargetCatalog::Parse("sample:tcs09", tile).values[0], 0.066);
-  const std::string directory = TemporaryDirectory();
+  const TemporaryDirectory directory;
   std::string values;
   for (int i = 0; i < 36; ++i) {
     values += std::to_string(i / 100.0) + (i % 5 == 4 ? "\n" : i % 2 ? ", " : " ");
@@ -88,22 +97,14 @@ TEST(SimModel, TargetsAreNamedOrReadAndBadOnesExplained)
   EXPECT_DOUBLE_EQ(TargetCatalog::Parse("reflectance:" + WriteText(directory, "good.txt", values), tile).values[35], 0.35);
   const std::string shortFile = WriteText(directory, "short.txt", "0.1 0.2");
   const std::string wordFile = WriteText(directory, "word.txt", "0.1 abc");
-  const auto refusal = [&](const std::string& spec) {
-    try {
-      TargetCatalog::Parse(spec, tile);
-    } catch (const std::invalid_argument& error) {
-      return std::string(error.what());
-    }
-    return std::string("accepted");
-  };
+  const auto refusal = [&](const std::string& spec) { return Refusal([&] { TargetCatalog::Parse(spec, tile); }); };
   EXPECT_EQ(refusal("reflectance:" + shortFile), shortFile + " holds 2 values, not 36 (380 to 730 nm)");
   EXPECT_EQ(refusal("emission:" + wordFile), wordFile + ": 'abc' is not a number");
-  EXPECT_EQ(refusal("emission:" + directory + "/none"), "unable to read " + directory + "/none");
+  EXPECT_EQ(refusal("emission:" + directory / "none"), "unable to read " + directory / "none");
   EXPECT_EQ(refusal("sample:grey95"), "unknown sample 'grey95'; known: tcs01 ... tcs14, grey10 ... grey90");
   EXPECT_EQ(refusal("light:sun"), "unknown light 'sun'; known: a, daylight, fluorescent");
   EXPECT_EQ(refusal("paper"), "unknown target 'paper'; expected tile, black, sample:<name>, reflectance:<file>, "
                               "emission:<file>, display:<name> or light:<name>");
-  std::filesystem::remove_all(directory);
 }
 
 TEST(SimModel, StripsBlurAtEdgesAndBuiltinNeighboursDifferClearly)
@@ -137,21 +138,14 @@ TEST(SimModel, StripsBlurAtEdgesAndBuiltinNeighboursDifferClearly)
 
 TEST(SimModel, StripFilesAreCheckedLineByLine)
 {
-  const std::string directory = TemporaryDirectory();
+  const TemporaryDirectory directory;
   std::string patch = "10";
   for (int i = 0; i < 36; ++i) {
     patch += ",0.5";
   }
   const std::string good = WriteText(directory, "good.txt", "# two patches\n\n" + patch + "\n" + patch + "\n");
   EXPECT_EQ(Strip::Parse(good).Patches().size(), 2u);
-  const auto refusal = [](const std::string& spec) {
-    try {
-      Strip::Parse(spec);
-    } catch (const std::invalid_argument& error) {
-      return std::string(error.what());
-    }
-    return std::string("accepted");
-  };
+  const auto refusal = [](const std::string& spec) { return Refusal([&] { Strip::Parse(spec); }); };
   const std::string shortLine = WriteText(directory, "short.txt", patch + "\n10 0.5 0.5\n");
   EXPECT_EQ(refusal(shortLine), shortLine + " line 2: expected a width and 36 values, found 3 numbers");
   const std::string zeroWidth = WriteText(directory, "zero.txt", "0" + patch.substr(2) + "\n");
@@ -159,7 +153,6 @@ TEST(SimModel, StripFilesAreCheckedLineByLine)
   const std::string empty = WriteText(directory, "empty.txt", "# nothing\n");
   EXPECT_EQ(refusal(empty), "strip file " + empty + " holds no patches");
   EXPECT_EQ(refusal("builtin:rainbow"), "unknown built-in strip 'rainbow'; known: colour24, grey8, primaries7");
-  std::filesystem::remove_all(directory);
 }
 
 TEST(SimModel, PixelSpectraFoldBackToTheirValues)
@@ -188,22 +181,6 @@ TEST(SimModel, PixelSpectraFoldBackToTheirValues)
   }
 }
 
-TEST(SimModel, FaultsCountDownAndDropHitsTheNthTransfer)
-{
-  Faults faults;
-  faults.Arm(FaultKind::BulkTimeout, 2);
-  EXPECT_TRUE(faults.Take(FaultKind::BulkTimeout));
-  EXPECT_TRUE(faults.Take(FaultKind::BulkTimeout));
-  EXPECT_FALSE(faults.Take(FaultKind::BulkTimeout));
-  EXPECT_FALSE(faults.Take(FaultKind::ShortRead));
-  faults.Arm(FaultKind::Drop, 3);
-  EXPECT_FALSE(faults.CountTransferForDrop());
-  EXPECT_FALSE(faults.CountTransferForDrop());
-  EXPECT_TRUE(faults.CountTransferForDrop());
-  EXPECT_FALSE(faults.CountTransferForDrop());
-  EXPECT_FALSE(Faults::Parse("flood"));
-}
-
 TEST(SimModel, InstrumentRefusesMalformedControlTransfersDirectly)
 {
   InstrumentOptions options;
@@ -218,7 +195,10 @@ TEST(SimModel, InstrumentRefusesMalformedControlTransfersDirectly)
             TransferStatus::Ok);
   EXPECT_EQ(instrument.Control(*connection, {0, 2, 0, 0, 192, 0, 0, 0, 0, 0}, {}, 0).note,
             "measurement request with a count of 0");
-  EXPECT_THROW(instrument.Fault("drop", 0), std::invalid_argument);
+  EXPECT_EQ(Refusal([&] { instrument.Fault("drop", 0); }), "the count of a fault must be at least 1");
+  EXPECT_EQ(Refusal([&] { instrument.Fault("flood", 1); }),
+            "unknown fault 'flood'; expected control-timeout, bulk-timeout, short-read, low-power, drop, "
+            "erase-eeprom, break-log-main or break-log-mirror");
   EXPECT_THROW(instrument.SetStrip("builtin:grey8", -5.0), std::invalid_argument);
   instrument.Disconnect(*connection);
   EXPECT_EQ(instrument.BulkRead(*connection, 256, 10).status, TransferStatus::NoDevice);
@@ -226,7 +206,7 @@ TEST(SimModel, InstrumentRefusesMalformedControlTransfersDirectly)
 
 TEST(SimModel, EepromFileOfTheWrongSizeIsRefused)
 {
-  const std::string directory = TemporaryDirectory();
+  const TemporaryDirectory directory;
   const std::string file = WriteText(directory, "small.bin", "1234");
   try {
     Eeprom::LoadFile(file);
@@ -234,29 +214,27 @@ TEST(SimModel, EepromFileOfTheWrongSizeIsRefused)
   } catch (const std::runtime_error& error) {
     EXPECT_EQ(std::string(error.what()), "EEPROM file " + file + " holds 4 bytes, not 8192");
   }
-  EXPECT_FALSE(Eeprom::LoadFile(directory + "/none.bin"));
-  std::filesystem::remove_all(directory);
+  EXPECT_FALSE(Eeprom::LoadFile(directory / "none.bin"));
 }
 
 TEST(SimModel, CommandLineRefusesMisuseWithUsage)
 {
-  const auto run = [](const std::vector<std::string>& args) {
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{"launch"}, "unknown command 'launch'"},
+      {{}, "no command given"},
+      {{"place"}, "command 'place' takes 1 argument(s)"},
+      {{"press", "--count", "3"}, "option --count doesn't apply to 'press'"},
+      {{"start", "--noise", "loud"}, "--noise takes on or off, not 'loud'"},
+      {{"start", "--time-scale", "-1"}, "the time scale must be a number from 0 to 1000, not '-1'"},
+      {{"stop", "--serial", "0"}, "the serial number must be a whole number from 1 to 4294967295, not '0'"},
+      {{"stop", "--serial"}, "option --serial needs a value"},
+      {{"stop", "--fast"}, "unknown option --fast"}};
+  for (const auto& [args, message] : cases) {
     std::ostringstream out;
     std::ostringstream err;
-    const int code = CommandLine::Run(args, out, err);
-    return std::make_pair(code, err.str().substr(0, err.str().find('\n')));
-  };
-  EXPECT_EQ(run({"launch"}), std::make_pair(2, std::string("orbel-sim: unknown command 'launch'")));
-  EXPECT_EQ(run({}), std::make_pair(2, std::string("orbel-sim: no command given")));
-  EXPECT_EQ(run({"place"}), std::make_pair(2, std::string("orbel-sim: command 'place' takes 1 argument(s)")));
-  EXPECT_EQ(run({"press", "--count", "3"}), std::make_pair(2, std::string("orbel-sim: option --count doesn't apply to 'press'")));
-  EXPECT_EQ(run({"start", "--noise", "loud"}), std::make_pair(2, std::string("orbel-sim: --noise takes on or off, not 'loud'")));
-  EXPECT_EQ(run({"start", "--time-scale", "-1"}),
-            std::make_pair(2, std::string("orbel-sim: the time scale must be a number from 0 to 1000, not '-1'")));
-  EXPECT_EQ(run({"stop", "--serial", "0"}),
-            std::make_pair(2, std::string("orbel-sim: the serial number must be a whole number from 1 to 4294967295, not '0'")));
-  EXPECT_EQ(run({"stop", "--serial"}), std::make_pair(2, std::string("orbel-sim: option --serial needs a value")));
-  EXPECT_EQ(run({"stop", "--fast"}), std::make_pair(2, std::string("orbel-sim: unknown option --fast")));
+    EXPECT_EQ(CommandLine::Run(args, out, err), 2) << message;
+    EXPECT_EQ(err.str().substr(0, err.str().find('\n')), "orbel-sim: " + message);
+  }
 }
 
 TEST(SimModel, CommandsReachingARunningInstrumentAreCheckedThere)
@@ -268,11 +246,10 @@ TEST(SimModel, CommandsReachingARunningInstrumentAreCheckedThere)
   EXPECT_EQ(sim.Sim({"place", "sample:tcs15"}).exitCode, 1);
   sim.Ok({"place", "light:daylight"});
   EXPECT_EQ(JsonField(sim.Status(), "target"), "\"light:daylight\"");
-  const std::string directory = TemporaryDirectory();
+  const TemporaryDirectory directory;
   const std::string relative = std::filesystem::relative(WriteText(directory, "r.txt", std::string(36 * 4, ' ').replace(0, 3, "0.5")), std::filesystem::current_path()).string();
   EXPECT_EQ(sim.Sim({"place", "reflectance:" + relative}).err,
             "orbel-sim: " + std::filesystem::absolute(relative).string() + " holds 1 values, not 36 (380 to 730 nm)\n");
-  std::filesystem::remove_all(directory);
 }
 
 }  // namespace

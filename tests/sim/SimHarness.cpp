@@ -1,11 +1,7 @@
 #include "tests/sim/SimHarness.h"
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <cstring>
-#include <filesystem>
-#include <random>
+#include <bit>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -14,16 +10,6 @@ namespace OrbelSimTest {
 
 using OrbelSim::TransferKind;
 using OrbelSim::WireFrame;
-
-std::string TemporaryDirectory()
-{
-  static std::atomic<int> counter{0};
-  std::random_device random;
-  const auto path = std::filesystem::temp_directory_path() /
-                    ("orbel-sim-test-" + std::to_string(random()) + "-" + std::to_string(counter++));
-  std::filesystem::create_directories(path);
-  return path.string();
-}
 
 std::string JsonField(const std::string& json, const std::string& key)
 {
@@ -62,11 +48,6 @@ std::uint32_t RawHost::Send(TransferKind kind, std::uint32_t transferLength, std
   const std::uint32_t id = nextId_++;
   SendRaw(WireFrame::EncodeRequest({static_cast<std::uint8_t>(kind), id, timeoutMs, transferLength, 0}, body));
   return id;
-}
-
-void RawHost::SendRaw(const std::vector<std::uint8_t>& bytes)
-{
-  socket_.WriteAll(bytes.data(), bytes.size());
 }
 
 std::optional<Answer> RawHost::Await(std::uint32_t requestId, int timeoutMs)
@@ -183,22 +164,19 @@ Rows RawHost::Measure(std::uint16_t ticks, std::uint16_t count, std::uint8_t fla
   return rows;
 }
 
-SimHarness::SimHarness(const std::vector<std::string>& startArgs, std::uint32_t serial)
-    : directory_(TemporaryDirectory()), serial_(serial)
+SimHarness::SimHarness(const std::vector<std::string>& startArgs, std::uint32_t serial) : serial_(serial)
 {
   std::vector<std::string> args = {"start", "--serial", std::to_string(serial)};
   args.insert(args.end(), startArgs.begin(), startArgs.end());
-  started_ = Sim(args);
-  if (started_.exitCode != 0) {
-    throw std::runtime_error("orbel-sim start failed: " + started_.err);
+  const ProgramResult started = Sim(args);
+  if (started.exitCode != 0) {
+    throw std::runtime_error("orbel-sim start failed: " + started.err);
   }
 }
 
 SimHarness::~SimHarness()
 {
   Sim({"stop"});
-  std::error_code ignored;
-  std::filesystem::remove_all(directory_, ignored);
 }
 
 ProgramResult SimHarness::Sim(std::vector<std::string> args) const
@@ -208,28 +186,13 @@ ProgramResult SimHarness::Sim(std::vector<std::string> args) const
     args.push_back("--serial");
     args.push_back(std::to_string(serial_));
   }
-  return ProgramRunner::Run(ORBEL_SIM_BINARY, args, "ORBEL_SIM_DIR", directory_);
+  return ProgramRunner::Run(ORBEL_SIM_BINARY, args, "ORBEL_SIM_DIR", directory_.Path());
 }
 
 void SimHarness::Ok(const std::vector<std::string>& args) const
 {
   const ProgramResult result = Sim(args);
   ASSERT_EQ(result.exitCode, 0) << result.err;
-}
-
-std::string SimHarness::SocketPath() const
-{
-  return directory_ + "/" + std::to_string(serial_) + ".sock";
-}
-
-std::string SimHarness::Status() const
-{
-  return Sim({"status"}).out;
-}
-
-long SimHarness::ProcessId() const
-{
-  return std::stol(JsonField(Status(), "pid"));
 }
 
 EepromFiles::EepromFiles(const std::vector<std::uint8_t>& image) : image_(image)
@@ -259,20 +222,22 @@ std::vector<float> EepromFiles::Floats(std::uint16_t id) const
 {
   std::vector<float> values;
   for (std::uint32_t word : Words(id)) {
-    float value = 0.0f;
-    std::memcpy(&value, &word, sizeof value);
-    values.push_back(value);
+    values.push_back(std::bit_cast<float>(word));
   }
   return values;
 }
 
-std::vector<std::uint16_t> EepromFiles::Ids() const
+std::uint32_t EepromFiles::SumBetween(std::uint16_t above, std::uint16_t below) const
 {
-  std::vector<std::uint16_t> ids;
+  std::uint32_t sum = 0;
   for (const auto& [id, range] : files_) {
-    ids.push_back(id);
+    if (id > above && id < below) {
+      for (std::uint32_t word : Words(id)) {
+        sum += word;
+      }
+    }
   }
-  return ids;
+  return sum;
 }
 
 }  // namespace OrbelSimTest

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "sim/EepromBuilder.h"
 #include "sim/WireFrame.h"
 #include "sim/platform/UnixSocket.h"
+#include "tests/TemporaryDirectory.h"
 #include "tests/support/ProgramRunner.h"
 
 namespace OrbelSimTest {
@@ -33,7 +33,7 @@ public:
 
   std::uint32_t Send(OrbelSim::TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs,
                      const std::vector<std::uint8_t>& body);
-  void SendRaw(const std::vector<std::uint8_t>& bytes);
+  void SendRaw(const std::vector<std::uint8_t>& bytes) { socket_.WriteAll(bytes.data(), bytes.size()); }
   // The answer to a request; empty if the instrument closed the connection first.
   std::optional<Answer> Await(std::uint32_t requestId, int timeoutMs = 20000);
   bool WaitReadable(int milliseconds) { return socket_.WaitReadable(milliseconds); }
@@ -66,16 +66,13 @@ public:
 
   ProgramResult Sim(std::vector<std::string> args) const;
   void Ok(const std::vector<std::string>& args) const;
-  std::string Directory() const { return directory_; }
-  std::string SocketPath() const;
-  std::string StartOutput() const { return started_.out; }
-  long ProcessId() const;
-  std::string Status() const;
+  const std::string& Directory() const { return directory_.Path(); }
+  std::string SocketPath() const { return directory_ / (std::to_string(serial_) + ".sock"); }
+  std::string Status() const { return Sim({"status"}).out; }
 
 private:
-  std::string directory_;
+  TemporaryDirectory directory_;
   std::uint32_t serial_;
-  ProgramResult started_;
 };
 
 // The EEPROM as files, by its entry list.
@@ -87,15 +84,15 @@ public:
   std::vector<float> Floats(std::uint16_t id) const;
   std::uint32_t U32(std::uint16_t id) const { return Words(id).at(0); }
   float Float(std::uint16_t id) const { return Floats(id).at(0); }
-  std::vector<std::uint16_t> Ids() const;
-  std::pair<std::uint32_t, std::uint32_t> Range(std::uint16_t id) const { return files_.at(id); }
+  std::uint32_t Address(std::uint16_t id) const { return files_.at(id).first; }
+  // The sum of the words of the files whose ids lie between these, as the checksums of the log take it.
+  std::uint32_t SumBetween(std::uint16_t above, std::uint16_t below) const;
 
 private:
   std::vector<std::uint8_t> image_;
   std::map<std::uint16_t, std::pair<std::uint32_t, std::uint32_t>> files_;
 };
 
-std::string TemporaryDirectory();
 std::string JsonField(const std::string& json, const std::string& key);
 
 }  // namespace OrbelSimTest
