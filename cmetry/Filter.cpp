@@ -2,21 +2,9 @@
 
 namespace CMetry {
 
-Filter::Filter() : sumValid(true), sum(0.0f)
+Filter::Filter()
 {
     values.fill(0.0f);
-}
-
-float Filter::GetSum()
-{
-    if (!sumValid) {
-        sum = 0.0f;
-        for (float value : values) {
-            sum += value;
-        }
-        sumValid = true;
-    }
-    return sum;
 }
 
 Filter Filter::operator*(const Filter& other) const
