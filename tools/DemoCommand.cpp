@@ -170,7 +170,7 @@ int DemoCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream
     if (const auto program = arguments.Get("--sim")) {
         sim = std::make_unique<SimHand>(*program);
     }
-    Hand& hand = sim ? static_cast<Hand&>(*sim) : person;
+    Hand& hand = sim ? static_cast<Hand&>(*sim) : static_cast<Hand&>(person);
     const KeyPrompt prompt = ReportOutput::Prompt(arguments, out, hand);
     const Tour tour{hand, prompt, out};
 
