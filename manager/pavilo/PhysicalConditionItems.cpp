@@ -14,4 +14,16 @@ void PhysicalConditionItems::SetMarkedFloat(DeviceDriver::ConfigurationData& ite
     items.Mark(id, true);
 }
 
+void PhysicalConditionItems::SetReflectanceItems(DeviceDriver::ConfigurationData& items, uint32_t readings,
+                                                 bool readingsFromReplacement, bool adaptTime)
+{
+    SetMarkedFloat(items, lampTime, 0.15028f);
+    SetMarkedU32(items, count, readings);
+    SetMarkedU32(items, lampOnAfterMeasurement, 0);
+    SetMarkedU32(items, lampOffDuringMeasurement, 0);
+    SetMarkedU32(items, gain, 1);
+    SetMarkedU32(items, countFromReplacementItem, readingsFromReplacement ? 1 : 0);
+    SetMarkedU32(items, adaptIntegrationTime, adaptTime ? 1 : 0);
+}
+
 }

@@ -17,16 +17,10 @@ constexpr long uvCutFilter = 2;
 void SetItemsOf(ReflectanceSetup::Step step, DeviceDriver::ConfigurationData& items)
 {
     const bool calibrating = step == ReflectanceSetup::Step::Calibrate;
-    Items::SetMarkedFloat(items, Items::lampTime, 0.15028f);
     if (calibrating) {
         Items::SetMarkedFloat(items, Items::integrationTime, 0.0204f);
     }
-    Items::SetMarkedU32(items, Items::count, 4);
-    Items::SetMarkedU32(items, Items::lampOnAfterMeasurement, 0);
-    Items::SetMarkedU32(items, Items::lampOffDuringMeasurement, 0);
-    Items::SetMarkedU32(items, Items::gain, 1);
-    Items::SetMarkedU32(items, Items::countFromReplacementItem, 0);
-    Items::SetMarkedU32(items, Items::adaptIntegrationTime, calibrating ? 1 : 0);
+    Items::SetReflectanceItems(items, 4, false, calibrating);
 }
 
 }

@@ -21,33 +21,20 @@ namespace {
 
 constexpr uint16_t stateFilter = 30005;
 constexpr long filterUVCut = 2;
-constexpr float lampSeconds = 0.15028f;
 
 // Ten readings a position unless the client gives its own count, which the instrument takes
 // from the replacement item.
 void SetScanItems(ConfigurationData& items, int32_t count)
 {
-    Items::SetMarkedFloat(items, Items::lampTime, lampSeconds);
-    Items::SetMarkedU32(items, Items::count, 10);
-    Items::SetMarkedU32(items, Items::lampOnAfterMeasurement, 0);
-    Items::SetMarkedU32(items, Items::lampOffDuringMeasurement, 0);
-    Items::SetMarkedU32(items, Items::gain, 1);
-    Items::SetMarkedU32(items, Items::countFromReplacementItem, 1);
-    Items::SetMarkedU32(items, Items::adaptIntegrationTime, 0);
+    Items::SetReflectanceItems(items, 10, true, false);
     Items::SetMarkedU32(items, Items::replacementCount, static_cast<uint32_t>(count));
 }
 
 // A hundred readings at an integration time that the instrument adapts.
 void SetCalibrationItems(ConfigurationData& items)
 {
-    Items::SetMarkedFloat(items, Items::lampTime, lampSeconds);
     Items::SetMarkedFloat(items, Items::integrationTime, 0.0204f);
-    Items::SetMarkedU32(items, Items::count, 100);
-    Items::SetMarkedU32(items, Items::lampOnAfterMeasurement, 0);
-    Items::SetMarkedU32(items, Items::lampOffDuringMeasurement, 0);
-    Items::SetMarkedU32(items, Items::gain, 1);
-    Items::SetMarkedU32(items, Items::countFromReplacementItem, 0);
-    Items::SetMarkedU32(items, Items::adaptIntegrationTime, 1);
+    Items::SetReflectanceItems(items, 100, false, true);
 }
 
 Utilities::String Translated(const char* text)
