@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test demo bench asan tsan clean
+.PHONY: all configure test demo bench asan tsan format check-format clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -27,6 +27,13 @@ asan:
 
 tsan:
 	$(MAKE) test BUILD=build-tsan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=thread"
+
+# One style for the whole tree, fixed by .clang-format.
+format:
+	@sh scripts/check-format.sh --fix
+
+check-format:
+	@sh scripts/check-format.sh
 
 clean:
 	rm -rf build build-asan build-tsan

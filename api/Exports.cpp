@@ -153,5 +153,4 @@ int32_t OB_SetSubstrate(const float* spectrum)
         Orbel::Instance().SetSubstrate(spectrum);
     });
 }
-
 }

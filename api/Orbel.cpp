@@ -151,9 +151,9 @@ Orbel& Orbel::Instance()
 }
 
 Orbel::Orbel(const Utilities::Mutex& heldProcessLock)
-    : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorCode(OB_NoError),
-      lastErrorText(), substrateSet(false), instrument(new HviManager::PaviloDriver::Pavilo()), info(),
-      buttons(), devices(), result(), processLock(heldProcessLock)
+    : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorCode(OB_NoError), lastErrorText(),
+      substrateSet(false), instrument(new HviManager::PaviloDriver::Pavilo()), info(), buttons(), devices(), result(),
+      processLock(heldProcessLock)
 {
     info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
     Open();
@@ -241,12 +241,10 @@ void Orbel::Open()
 void Orbel::BuildDevices()
 {
     devices.clear();
-    devices[singleEmission] =
-        SmartPointer<MeasurementDeviceInterface>(new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>(
-            "SpecPhotoMeterEmission_V1")));
-    devices[singleAmbientLight] =
-        SmartPointer<MeasurementDeviceInterface>(new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>(
-            "SpecPhotoMeterAmbientLight_V1")));
+    devices[singleEmission] = SmartPointer<MeasurementDeviceInterface>(
+        new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>("SpecPhotoMeterEmission_V1")));
+    devices[singleAmbientLight] = SmartPointer<MeasurementDeviceInterface>(
+        new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>("SpecPhotoMeterAmbientLight_V1")));
     devices[singleReflectance] = SmartPointer<MeasurementDeviceInterface>(
         new ReflectanceDevice(InterfaceOf<SpecPhotoMeterReflectance_V1>("SpecPhotoMeterReflectance_V1")));
     devices[scanningReflectance] = SmartPointer<MeasurementDeviceInterface>(
@@ -398,8 +396,8 @@ const HvSpectrum& Orbel::SampleOf(const MeasurementDeviceInterface& device, int3
         return device.GetSamples()[0];
     }
     if (static_cast<uint32_t>(index) >= device.GetSamples().Size()) {
-        throw OrbelApiError(OB_NoDataAvailable,
-                            String("index") + String(static_cast<long>(index)) + String(" is out of range"));
+        throw OrbelApiError(
+            OB_NoDataAvailable, String("index") + String(static_cast<long>(index)) + String(" is out of range"));
     }
     return device.GetSamples()[static_cast<uint32_t>(index)];
 }

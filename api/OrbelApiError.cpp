@@ -45,18 +45,12 @@ constexpr CodeSelector codeSelectors[] = {
 
 }
 
-OrbelApiError::OrbelApiError(int32_t code) : Exception(TextOf(code)), code(code)
-{
-}
+OrbelApiError::OrbelApiError(int32_t code) : Exception(TextOf(code)), code(code) { }
 
-OrbelApiError::OrbelApiError(int32_t code, const String& message) : Exception(message), code(code)
-{
-}
+OrbelApiError::OrbelApiError(int32_t code, const String& message) : Exception(message), code(code) { }
 
 OrbelApiError::OrbelApiError(const Utilities::Exception& failure)
-    : Exception(*failure.Text()), code(CodeOf(failure))
-{
-}
+    : Exception(*failure.Text()), code(CodeOf(failure)) { }
 
 OrbelApiError::OrbelApiError(const OrbelApiError& other) = default;
 

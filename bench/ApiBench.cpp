@@ -26,8 +26,8 @@ bool Place(const std::string& target)
 bool PrepareReflectance()
 {
     return Instrument().Started() && OB_IsConnected() == OB_NoError &&
-           OB_SetOption("MeasurementMode", "SingleReflectance") == OB_NoError && Place("tile") &&
-           OB_Calibrate() == OB_NoError && Place("sample:tcs01") && OB_TriggerMeasurement() == OB_NoError;
+        OB_SetOption("MeasurementMode", "SingleReflectance") == OB_NoError && Place("tile") &&
+        OB_Calibrate() == OB_NoError && Place("sample:tcs01") && OB_TriggerMeasurement() == OB_NoError;
 }
 
 // The first call of a process creates the device object, takes the process lock and opens the

@@ -86,8 +86,8 @@ void BM_StripThroughput(benchmark::State& state)
         }
     }
     state.counters["packets/s"] = benchmark::Counter(static_cast<double>(packets), benchmark::Counter::kIsRate);
-    state.counters["cpu_s/packet"] = benchmark::Counter(static_cast<double>(packets),
-                                                        benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["cpu_s/packet"] =
+        benchmark::Counter(static_cast<double>(packets), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
     state.counters["instrument_packets/s"] = instrumentPacketsPerSecond;
     state.SetBytesProcessed(static_cast<std::int64_t>(packets * sizeof packet));
 }

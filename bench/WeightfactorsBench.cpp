@@ -21,9 +21,9 @@ HvMeasureConditions ConditionsWith(const char* illumination)
 // A greyish red, the first of the CIE test colour samples.
 HvSpectrum TestColourSample()
 {
-    const float values[36] = {0.22f, 0.25f, 0.26f, 0.25f, 0.24f, 0.24f, 0.23f, 0.23f, 0.22f, 0.22f, 0.21f, 0.22f,
-        0.22f, 0.23f, 0.23f, 0.23f, 0.24f, 0.25f, 0.27f, 0.3f, 0.34f, 0.39f, 0.42f, 0.44f, 0.45f, 0.45f, 0.45f, 0.45f,
-        0.45f, 0.45f, 0.46f, 0.46f, 0.46f, 0.46f, 0.47f, 0.47f};
+    const float values[36] = {0.22f, 0.25f, 0.26f, 0.25f, 0.24f, 0.24f, 0.23f, 0.23f, 0.22f, 0.22f, 0.21f, 0.22f, 0.22f,
+        0.23f, 0.23f, 0.23f, 0.24f, 0.25f, 0.27f, 0.3f, 0.34f, 0.39f, 0.42f, 0.44f, 0.45f, 0.45f, 0.45f, 0.45f, 0.45f,
+        0.45f, 0.46f, 0.46f, 0.46f, 0.46f, 0.47f, 0.47f};
     return HvSpectrum(values);
 }
 

@@ -65,8 +65,8 @@ HvSpectrum BlackBody::GetSpectrum(float temperature) const
 {
     std::array<float, HvSpectrum::numberOfValues> values{};
     for (uint16_t index = 0; index < count; ++index) {
-        values[index] = static_cast<float>(scales[index] /
-                                           (std::exp(secondRadiation / (temperature * wavelengths[index])) - 1.0));
+        values[index] =
+            static_cast<float>(scales[index] / (std::exp(secondRadiation / (temperature * wavelengths[index])) - 1.0));
     }
     return HvSpectrum(values.data(), emissionConditions);
 }

@@ -4,8 +4,8 @@
 
 #include "cmetry/ColorDifference.h"
 #include "cmetry/ColorSpaceConversion.h"
-#include "cmetry/ColorTemperatureFinder.h"
 #include "cmetry/ColorSpaceKeyword.h"
+#include "cmetry/ColorTemperatureFinder.h"
 #include "cmetry/ExceptionCMetry.h"
 #include "cmetry/RGBConversion.h"
 #include "cmetry/SpectrumFit.h"
@@ -45,10 +45,18 @@ bool GetScreenRGB(const HvSpectrum& spectrum, const HvMeasureConditions& conditi
 
 // In the order the colour space is looked for.
 constexpr ColorSpaceWay spectrumWays[] = {
-    {Keyword::cieLab, GetLab},         {Keyword::cieLCh, GetLCh},         {Keyword::cieXYZ, GetXYZ},
-    {Keyword::ciexyY, GetxyY},         {Keyword::cieLChuv, GetLChuv},     {Keyword::labMg, GetLABmg},
-    {Keyword::lchMg, GetLCHmg},        {Keyword::cieLuv, GetLuv},         {Keyword::cieuvY1976, GetuvY1976},
-    {Keyword::cieuvY1960, GetuvY1960}, {Keyword::hunterLab, GetHunterLab}, {Keyword::rxRyRz, GetRxRyRz},
+    {Keyword::cieLab, GetLab},
+    {Keyword::cieLCh, GetLCh},
+    {Keyword::cieXYZ, GetXYZ},
+    {Keyword::ciexyY, GetxyY},
+    {Keyword::cieLChuv, GetLChuv},
+    {Keyword::labMg, GetLABmg},
+    {Keyword::lchMg, GetLCHmg},
+    {Keyword::cieLuv, GetLuv},
+    {Keyword::cieuvY1976, GetuvY1976},
+    {Keyword::cieuvY1960, GetuvY1960},
+    {Keyword::hunterLab, GetHunterLab},
+    {Keyword::rxRyRz, GetRxRyRz},
     {Keyword::rgb, GetScreenRGB},
 };
 
@@ -70,14 +78,14 @@ SpectrumWay WayTo(const String& colorSpace)
 [[noreturn]] void ThrowConversionNotSupported(const String& source, const String& target)
 {
     throw ExceptionCMetry(TranslatedMessage("Conversion not supported from ColorSpace ") + source +
-                          TranslatedMessage(" to ColorSpace ") + target);
+        TranslatedMessage(" to ColorSpace ") + target);
 }
 
 bool IsPolarPair(const String& source, const String& target)
 {
     return (Keyword::Is(source, Keyword::cieLab) && Keyword::Is(target, Keyword::cieLCh)) ||
-           (Keyword::Is(source, Keyword::labMg) && Keyword::Is(target, Keyword::lchMg)) ||
-           (Keyword::Is(source, Keyword::cieLuv) && Keyword::Is(target, Keyword::cieLChuv));
+        (Keyword::Is(source, Keyword::labMg) && Keyword::Is(target, Keyword::lchMg)) ||
+        (Keyword::Is(source, Keyword::cieLuv) && Keyword::Is(target, Keyword::cieLChuv));
 }
 
 bool IsChromaticitySource(const String& source)
@@ -169,8 +177,8 @@ HvColorVector CMetryCalculator::Convert(const HvColorVector& vector, const Strin
     if (!ConvertBetween(vector, source, targetColorSpace, converted)) {
         ThrowCalculationFailed();
     }
-    return HvColorVector(converted[0], converted[1], converted[2],
-                         WithColorSpace(vector.GetConditions(), targetColorSpace.CString()));
+    return HvColorVector(
+        converted[0], converted[1], converted[2], WithColorSpace(vector.GetConditions(), targetColorSpace.CString()));
 }
 
 HvColorVector CMetryCalculator::GetDeltaVector(const HvColorVector& vector1, const HvColorVector& vector2)
@@ -182,29 +190,29 @@ HvColorVector CMetryCalculator::GetDeltaVector(const HvColorVector& vector1, con
     const double deltaC = Chroma(vector1) - Chroma(vector2);
     const double length = difference.GetLength();
     double deltaH = std::sqrt(std::fabs(length * length - deltaL * deltaL - deltaC * deltaC));
-    const double orientation = static_cast<double>(vector1[1]) * vector2[2] - static_cast<double>(vector2[1]) * vector1[2];
+    const double orientation =
+        static_cast<double>(vector1[1]) * vector2[2] - static_cast<double>(vector2[1]) * vector1[2];
     if (orientation > 0.0) {
         deltaH = -deltaH;
     }
     return HvColorVector(static_cast<float>(deltaL), static_cast<float>(deltaC), static_cast<float>(deltaH),
-                         WithColorSpace(vector1.GetConditions(), deltaColorSpace));
+        WithColorSpace(vector1.GetConditions(), deltaColorSpace));
 }
 
 float CMetryCalculator::GetDeltaE(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                                  const HvMeasureConditions& conditions, float p1, float p2, float p3)
+    const HvMeasureConditions& conditions, float p1, float p2, float p3)
 {
     return ColorDifference::GetDeltaE(spectrum1, spectrum2, conditions, p1, p2, p3);
 }
 
-float CMetryCalculator::GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2,
-                                  float p3)
+float CMetryCalculator::GetDeltaE(
+    const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2, float p3)
 {
     return ColorDifference::GetDeltaE(vector1, vector2, p1, p2, p3);
 }
 
 float CMetryCalculator::GetMetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                                           const HvMeasureConditions& conditions,
-                                           const IlluminationTYPE& illumination)
+    const HvMeasureConditions& conditions, const IlluminationTYPE& illumination)
 {
     return ColorDifference::GetMetamerismIndex(spectrum1, spectrum2, conditions, illumination);
 }

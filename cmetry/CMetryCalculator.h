@@ -29,11 +29,10 @@ public:
     // Colour differences, the colour temperature and the spectrum of a colour are told beside
     // their own classes; the front answers them as it answers the rest.
     static float GetDeltaE(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                           const HvMeasureConditions& conditions, float p1, float p2, float p3);
-    static float GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2,
-                           float p3);
+        const HvMeasureConditions& conditions, float p1, float p2, float p3);
+    static float GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2, float p3);
     static float GetMetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                                    const HvMeasureConditions& conditions, const IlluminationTYPE& illumination);
+        const HvMeasureConditions& conditions, const IlluminationTYPE& illumination);
     static float GetColorTemperature(const HvSpectrum& spectrum);
     static HvSpectrum GetSpectrum(const HvColorVector& vector);
 };

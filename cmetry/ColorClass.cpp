@@ -17,8 +17,8 @@ constexpr int noHue = -1;
 constexpr double limitWithoutHue = 1001.0;
 
 // The class 1 hues, between magenta and blue, have never had a name of their own.
-constexpr const char* names[] = {"Magenta", nullptr,  "Blue",   "Cyan",   "Turquo", "Green", "Olive", "YellowGreen",
-                                 "Beige",   "Brown",  "Yellow", "Orange", "Red",    "White", "Gray",  "Black"};
+constexpr const char* names[] = {"Magenta", nullptr, "Blue", "Cyan", "Turquo", "Green", "Olive", "YellowGreen", "Beige",
+    "Brown", "Yellow", "Orange", "Red", "White", "Gray", "Black"};
 
 // Lighter colours are allowed less chroma before they count as chromatic.
 double ChromaLimit(double lightness)

@@ -3,9 +3,9 @@
 #include <array>
 #include <cmath>
 
+#include "cmetry/CMetryCalculator.h"
 #include "cmetry/ColorSpaceConversion.h"
 #include "cmetry/ColorSpaceKeyword.h"
-#include "cmetry/CMetryCalculator.h"
 #include "cmetry/ExceptionCMetry.h"
 #include "cmetry/SpectrumToColorSpace.h"
 #include "cmetry/TranslatedMessage.h"
@@ -60,8 +60,8 @@ LChDifference DifferenceOf(const HvColorVector& standard, const HvColorVector& s
     return {lightness, chroma, std::sqrt(std::fabs(length * length - lightness * lightness - chroma * chroma))};
 }
 
-float EuclideanDifference(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                          const HvMeasureConditions& conditions, SpectrumWay way)
+float EuclideanDifference(
+    const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, const HvMeasureConditions& conditions, SpectrumWay way)
 {
     HvColorVector vector1;
     HvColorVector vector2;
@@ -164,18 +164,17 @@ float CIE1994Difference(const HvColorVector& lab1, const HvColorVector& lab2, co
     const double sh = 1.0 + 0.015 * chroma;
     const LChDifference delta = DifferenceOf(lab1, lab2);
     return static_cast<float>(std::sqrt(std::pow(delta.lightness / k.p1, 2.0) +
-                                        std::pow(delta.chroma / (k.p2 * sc), 2.0) +
-                                        std::pow(delta.hue / (k.p3 * sh), 2.0)));
+        std::pow(delta.chroma / (k.p2 * sc), 2.0) + std::pow(delta.hue / (k.p3 * sh), 2.0)));
 }
 
 bool LabsOf(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, const HvMeasureConditions& conditions,
-            HvColorVector& lab1, HvColorVector& lab2)
+    HvColorVector& lab1, HvColorVector& lab2)
 {
     return GetLab(spectrum1, conditions, lab1) && GetLab(spectrum2, conditions, lab2);
 }
 
 float DifferenceOfSpectra(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                          const HvMeasureConditions& conditions, const Parameters& parameters)
+    const HvMeasureConditions& conditions, const Parameters& parameters)
 {
     const String& formula = conditions.GetDeltaEFormula();
     if (ColorSpaceKeyword::Is(formula, ColorSpaceKeyword::cieLab)) {
@@ -199,8 +198,7 @@ float DifferenceOfSpectra(const HvSpectrum& spectrum1, const HvSpectrum& spectru
     if (!LabsOf(spectrum1, spectrum2, conditions, lab1, lab2)) {
         return notComputable;
     }
-    return isCMC ? CMCDifference(lab1, lab2, parameters.p1, parameters.p2)
-                 : CIE1994Difference(lab1, lab2, parameters);
+    return isCMC ? CMCDifference(lab1, lab2, parameters.p1, parameters.p2) : CIE1994Difference(lab1, lab2, parameters);
 }
 
 float DifferenceOfVectors(const HvColorVector& vector1, const HvColorVector& vector2, const Parameters& parameters)
@@ -221,7 +219,7 @@ float DifferenceOfVectors(const HvColorVector& vector1, const HvColorVector& vec
 }
 
 float MetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, const HvMeasureConditions& conditions,
-                      const IlluminationTYPE& illumination)
+    const IlluminationTYPE& illumination)
 {
     HvMeasureConditions testConditions(conditions);
     testConditions.SetIllumination(illumination);
@@ -254,13 +252,13 @@ float Checked(float difference)
 }
 
 float ColorDifference::GetDeltaE(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                                 const HvMeasureConditions& conditions, float p1, float p2, float p3)
+    const HvMeasureConditions& conditions, float p1, float p2, float p3)
 {
     return Checked(DifferenceOfSpectra(spectrum1, spectrum2, conditions, {p1, p2, p3}));
 }
 
-float ColorDifference::GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2,
-                                 float p3)
+float ColorDifference::GetDeltaE(
+    const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2, float p3)
 {
     return Checked(DifferenceOfVectors(vector1, vector2, {p1, p2, p3}));
 }
@@ -268,7 +266,7 @@ float ColorDifference::GetDeltaE(const HvColorVector& vector1, const HvColorVect
 // A failure of any kind on the way, an illuminant without a table included, is a metamerism index
 // that can't be computed.
 float ColorDifference::GetMetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                                          const HvMeasureConditions& conditions, const IlluminationTYPE& illumination)
+    const HvMeasureConditions& conditions, const IlluminationTYPE& illumination)
 {
     float index = notComputable;
     try {

@@ -19,14 +19,13 @@ public:
     // DeltaEFormula " and its keyword; a difference that can't be computed (no paper white under
     // white base "Paper", a black standard under FMC-II, a k of 0) fails with "CMetryCalculator".
     static float GetDeltaE(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                           const HvMeasureConditions& conditions, float p1, float p2, float p3);
+        const HvMeasureConditions& conditions, float p1, float p2, float p3);
     // From two vectors, by the formula of vector1's conditions; "CIELab" and "94" alone.
-    static float GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2,
-                           float p3);
+    static float GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2, float p3);
     // The CIELab difference under a test illuminant once spectrum2 is corrected, axis by axis, by
     // the ratio of the two tristimulus values under the reference illuminant of the conditions.
     static float GetMetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,
-                                    const HvMeasureConditions& conditions, const IlluminationTYPE& illumination);
+        const HvMeasureConditions& conditions, const IlluminationTYPE& illumination);
 };
 
 }

@@ -109,12 +109,11 @@ float ColorTemperatureFinder::GetColorTemperature(const HvSpectrum& spectrum) co
 {
     HvColorVector xyz;
     HvColorVector target;
-    const bool hasTarget =
-        GetXYZ(spectrum, WithColorSpace(spectrum.Conditions(), ColorSpaceKeyword::cieXYZ), xyz) &&
+    const bool hasTarget = GetXYZ(spectrum, WithColorSpace(spectrum.Conditions(), ColorSpaceKeyword::cieXYZ), xyz) &&
         ConvertTouvY1960(xyz, target);
     Search search(spectrum, target);
-    float temperature[3] = {lowestTemperature, 2.0f / (1.0f / lowestTemperature + 1.0f / highestTemperature),
-                            highestTemperature};
+    float temperature[3] = {
+        lowestTemperature, 2.0f / (1.0f / lowestTemperature + 1.0f / highestTemperature), highestTemperature};
     float distance[3];
     for (int index = 0; index < 3; ++index) {
         distance[index] = search.DistanceAt(temperature[index]);

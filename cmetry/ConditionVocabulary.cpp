@@ -46,16 +46,14 @@ constexpr const char* uvY1976Channels[] = {
     "u' 1976", "v' 1976", "Y 1976", "delta u' 1976", "delta v' 1976", "delta L 1976", endMark};
 constexpr const char* xyzChannels[] = {"X", "Y", "Z", "delta X", "delta Y", "delta Z", endMark};
 constexpr const char* xyYChannels[] = {"x", "y", "Y", "delta x", "delta y", "delta Y", endMark};
-constexpr const char* hunterLabChannels[] = {
-    "L(l)", "a(l)", "b(l)", "delta L(l)", "delta a(l)", "delta b(l)", endMark};
+constexpr const char* hunterLabChannels[] = {"L(l)", "a(l)", "b(l)", "delta L(l)", "delta a(l)", "delta b(l)", endMark};
 constexpr const char* rxRyRzChannels[] = {"Rx", "Ry", "Rz", "delta Rx", "delta Ry", "delta Rz", endMark};
 constexpr const char* labMgChannels[] = {
     "L(mg)", "a(mg)", "b(mg)", "delta L(mg)", "delta a(mg)", "delta b(mg)", endMark};
 constexpr const char* lchMgChannels[] = {
     "L(mg)", "C(mg)", "h(mg)", "delta L(mg)", "delta C(mg)", "delta H(mg)", endMark};
 constexpr const char* rgbChannels[] = {"R", "G", "B", "delta R", "delta G", "delta B", endMark};
-constexpr const char* cmykChannels[] = {
-    "C", "M", "Y", "K", "delta C", "delta M", "delta Y", "delta K", endMark};
+constexpr const char* cmykChannels[] = {"C", "M", "Y", "K", "delta C", "delta M", "delta Y", "delta K", endMark};
 
 constexpr ChannelNames channelNames[] = {
     {"CIELab", labChannels},

@@ -55,7 +55,7 @@ bool PaperWhiteValues(const HvMeasureConditions& conditions, SpectrumValues& pap
 }
 
 bool RawDensities(const HvSpectrum& spectrum, DensityStandard standard, bool relative, DensityValues& densities,
-                  SmartPointer<const DensityFilterSet>& filters)
+    SmartPointer<const DensityFilterSet>& filters)
 {
     if (!HasFilters(standard)) {
         return false;
@@ -78,7 +78,7 @@ bool RawDensities(const HvSpectrum& spectrum, DensityStandard standard, bool rel
 }
 
 bool CorrectedDensities(const HvSpectrum& spectrum, DensityStandard standard, bool relative, DensityValues& densities,
-                        SmartPointer<const DensityFilterSet>& filters)
+    SmartPointer<const DensityFilterSet>& filters)
 {
     if (!RawDensities(spectrum, standard, relative, densities, filters)) {
         return false;
@@ -111,8 +111,7 @@ bool IsFixedChannel(DensityFilterMode mode)
 
 // Steps shared by GetDensity and GetDensityFilter: the density the conditions ask for and the
 // channel it was read through.
-DensityFilterMode DensityOfConditions(const HvSpectrum& spectrum, const HvMeasureConditions& conditions,
-                                      float& density)
+DensityFilterMode DensityOfConditions(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, float& density)
 {
     const WhiteBase whiteBase = conditions.GetWhiteBase();
     if ((whiteBase == WhiteBase::Paper || whiteBase == WhiteBase::Automatic) && !IsPaperWhiteSet()) {
@@ -120,8 +119,8 @@ DensityFilterMode DensityOfConditions(const HvSpectrum& spectrum, const HvMeasur
     }
     DensityFilterMode channel = conditions.GetDensityFilterMode();
     const bool automatic = !IsFixedChannel(channel);
-    GetDensityValue(spectrum, conditions.GetDensityStandard(), whiteBase != WhiteBase::Absolute, density, channel,
-                    automatic);
+    GetDensityValue(
+        spectrum, conditions.GetDensityStandard(), whiteBase != WhiteBase::Absolute, density, channel, automatic);
     return channel;
 }
 
@@ -157,8 +156,8 @@ bool GetCorrectedDensities(const HvSpectrum& spectrum, DensityStandard standard,
 
 std::array<DensityFilterMode, 3> SortColorChannels(const DensityValues& densities)
 {
-    std::array<DensityFilterMode, 3> channels = {DensityFilterMode::Cyan, DensityFilterMode::Magenta,
-                                                 DensityFilterMode::Yellow};
+    std::array<DensityFilterMode, 3> channels = {
+        DensityFilterMode::Cyan, DensityFilterMode::Magenta, DensityFilterMode::Yellow};
     std::stable_sort(channels.begin(), channels.end(), [&densities](DensityFilterMode left, DensityFilterMode right) {
         return densities[static_cast<std::size_t>(left)] > densities[static_cast<std::size_t>(right)];
     });
@@ -189,7 +188,7 @@ DensityFilterMode SelectFilter(const HvDensities& densities)
 }
 
 bool GetDensityValue(const HvSpectrum& spectrum, DensityStandard standard, bool relative, float& density,
-                     DensityFilterMode& channel, bool automatic)
+    DensityFilterMode& channel, bool automatic)
 {
     DensityValues densities;
     SmartPointer<const DensityFilterSet> filters;

@@ -34,7 +34,7 @@ DensityFilterMode SelectFilter(const HvDensities& densities);
 // written to channel. On failure the density is 9.99 and the channel "Undefined". A fixed channel
 // outside 0 to 3 fails with ExceptionOutOfBound.
 bool GetDensityValue(const HvSpectrum& spectrum, DensityStandard standard, bool relative, float& density,
-                     DensityFilterMode& channel, bool automatic);
+    DensityFilterMode& channel, bool automatic);
 
 // The density of each data point; false when relative finds no paper white.
 bool GetSpectralDensities(const HvSpectrum& spectrum, bool relative, float* densities);

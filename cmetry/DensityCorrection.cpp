@@ -13,9 +13,9 @@ constexpr float neutralFactor = 1.0f;
 constexpr float neutralOffset = 0.0f;
 
 void FillCells(std::array<std::array<DensityCorrection::Densities, DensityCorrection::numberOfStandards>,
-                          DensityCorrection::numberOfFilters>& table,
-               std::size_t firstFilter, std::size_t lastFilter, std::size_t firstStandard, std::size_t lastStandard,
-               const DensityCorrection::Densities& values)
+                   DensityCorrection::numberOfFilters>& table,
+    std::size_t firstFilter, std::size_t lastFilter, std::size_t firstStandard, std::size_t lastStandard,
+    const DensityCorrection::Densities& values)
 {
     for (std::size_t filter = firstFilter; filter <= lastFilter; ++filter) {
         for (std::size_t standard = firstStandard; standard <= lastStandard; ++standard) {
@@ -91,7 +91,7 @@ DensityCorrection::Densities DensityCorrection::Given(const SmartPointer<Vector<
 }
 
 void DensityCorrection::Set(const HvMeasureConditions& conditions, const SmartPointer<Vector<float>>& factors,
-                            const SmartPointer<Vector<float>>& offsets)
+    const SmartPointer<Vector<float>>& offsets)
 {
     const Densities givenFactors = Given(factors, neutralFactor);
     const Densities givenOffsets = Given(offsets, neutralOffset);
@@ -107,8 +107,8 @@ void DensityCorrection::Set(const HvMeasureConditions& conditions, const SmartPo
     FillCells(correction.offsets, firstFilter, lastFilter, firstStandard, lastStandard, givenOffsets);
 }
 
-void DensityCorrection::Get(const HvMeasureConditions& conditions, SmartPointer<Vector<float>>& factors,
-                            SmartPointer<Vector<float>>& offsets)
+void DensityCorrection::Get(
+    const HvMeasureConditions& conditions, SmartPointer<Vector<float>>& factors, SmartPointer<Vector<float>>& offsets)
 {
     const std::size_t filter = FilterIndex(conditions.GetPhysicalFilter());
     const std::size_t standard = StandardIndex(conditions.GetDensityStandard());

@@ -24,11 +24,11 @@ public:
     // selects all of its kind. A null factors pointer counts as four 1.0, a null offsets pointer as
     // four 0.0; a Vector of fewer than four fails with ExceptionOutOfBound and changes nothing.
     static void Set(const HvMeasureConditions& conditions,
-                    const Utilities::SmartPointer<Utilities::Vector<float>>& factors,
-                    const Utilities::SmartPointer<Utilities::Vector<float>>& offsets);
+        const Utilities::SmartPointer<Utilities::Vector<float>>& factors,
+        const Utilities::SmartPointer<Utilities::Vector<float>>& offsets);
     // Copies of the cells of the filter and standard of the conditions.
     static void Get(const HvMeasureConditions& conditions, Utilities::SmartPointer<Utilities::Vector<float>>& factors,
-                    Utilities::SmartPointer<Utilities::Vector<float>>& offsets);
+        Utilities::SmartPointer<Utilities::Vector<float>>& offsets);
     // density × factor + offset, channel by channel; relative densities take no offset. A filter or
     // standard outside the tables fails with ExceptionOutOfBound.
     static void Apply(PhysicalFilter filter, DensityStandard standard, bool relative, Densities& densities);
@@ -53,15 +53,15 @@ private:
 
 // The names the density interface knows them by.
 inline void SetDensityCorrection(const HvMeasureConditions& conditions,
-                                 const Utilities::SmartPointer<Utilities::Vector<float>>& factors,
-                                 const Utilities::SmartPointer<Utilities::Vector<float>>& offsets)
+    const Utilities::SmartPointer<Utilities::Vector<float>>& factors,
+    const Utilities::SmartPointer<Utilities::Vector<float>>& offsets)
 {
     DensityCorrection::Set(conditions, factors, offsets);
 }
 
 inline void GetDensityCorrection(const HvMeasureConditions& conditions,
-                                 Utilities::SmartPointer<Utilities::Vector<float>>& factors,
-                                 Utilities::SmartPointer<Utilities::Vector<float>>& offsets)
+    Utilities::SmartPointer<Utilities::Vector<float>>& factors,
+    Utilities::SmartPointer<Utilities::Vector<float>>& offsets)
 {
     DensityCorrection::Get(conditions, factors, offsets);
 }

@@ -4,9 +4,7 @@
 
 namespace CMetry {
 
-HvColorVector::HvColorVector() : values{}
-{
-}
+HvColorVector::HvColorVector() : values{} { }
 
 HvColorVector::HvColorVector(float first, float second, float third, const HvMeasureConditions& conditions)
     : values{first, second, third, 0.0f}, conditions(conditions)

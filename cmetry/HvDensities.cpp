@@ -13,11 +13,8 @@ HvDensities::HvDensities()
 }
 
 HvDensities::HvDensities(const DensityValues& densities, const Utilities::SmartPointer<const DensityFilterSet>& set,
-                         DensityStandard densityStandard, const HvMeasureConditions& spectrumConditions)
-    : values(DensityFilterSet::numberOfChannels),
-      hasResults(true),
-      filters(set),
-      standard(densityStandard),
+    DensityStandard densityStandard, const HvMeasureConditions& spectrumConditions)
+    : values(DensityFilterSet::numberOfChannels), hasResults(true), filters(set), standard(densityStandard),
       conditions(spectrumConditions)
 {
     for (uint16_t channel = 0; channel < DensityFilterSet::numberOfChannels; ++channel) {

@@ -20,7 +20,7 @@ public:
     // No results, standard "Undefined", all channels 0.
     HvDensities();
     HvDensities(const DensityValues& values, const Utilities::SmartPointer<const DensityFilterSet>& filters,
-                DensityStandard standard, const HvMeasureConditions& conditions);
+        DensityStandard standard, const HvMeasureConditions& conditions);
 
     bool HasResults() const { return hasResults; }
     // The channel of a mode 0 to 3, 0.0 for "Max", the automatically selected channel for "Auto";

@@ -44,15 +44,9 @@ void StoreKeyword(String& target, const String& value, bool isKeyword, const cha
 }
 
 HvMeasureConditions::HvMeasureConditions()
-    : illumination(Illumination::D65),
-      observer(Observer::TwoDegree),
-      whiteBase(WhiteBase::Automatic),
-      densityStandard(DensityStandard::DIN),
-      densityFilterMode(DensityFilterMode::Auto),
-      colorSpace("CIELab"),
-      deltaEFormula("CIELab"),
-      physicalFilter(PhysicalFilter::No),
-      absoluteOrDeltaVector("AbsoluteVector")
+    : illumination(Illumination::D65), observer(Observer::TwoDegree), whiteBase(WhiteBase::Automatic),
+      densityStandard(DensityStandard::DIN), densityFilterMode(DensityFilterMode::Auto), colorSpace("CIELab"),
+      deltaEFormula("CIELab"), physicalFilter(PhysicalFilter::No), absoluteOrDeltaVector("AbsoluteVector")
 {
 }
 
@@ -182,10 +176,10 @@ bool HvMeasureConditions::AreCustomConditionsEnabled() const
 bool HvMeasureConditions::operator==(const HvMeasureConditions& other) const
 {
     return !(colorSpace != other.colorSpace) && illumination == other.illumination && observer == other.observer &&
-           whiteBase == other.whiteBase && densityStandard == other.densityStandard &&
-           densityFilterMode == other.densityFilterMode && !(deltaEFormula != other.deltaEFormula) &&
-           physicalFilter == other.physicalFilter && !(absoluteOrDeltaVector != other.absoluteOrDeltaVector) &&
-           AddressOf(userDefinedIllumination) == AddressOf(other.userDefinedIllumination);
+        whiteBase == other.whiteBase && densityStandard == other.densityStandard &&
+        densityFilterMode == other.densityFilterMode && !(deltaEFormula != other.deltaEFormula) &&
+        physicalFilter == other.physicalFilter && !(absoluteOrDeltaVector != other.absoluteOrDeltaVector) &&
+        AddressOf(userDefinedIllumination) == AddressOf(other.userDefinedIllumination);
 }
 
 Utilities::Vector<String> HvMeasureConditions::GetValidValues(const String& key)

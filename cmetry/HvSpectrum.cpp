@@ -13,9 +13,7 @@ constexpr double gridStep = (gridMaximum - gridMinimum) / (HvMeasureConditions::
 
 }
 
-HvSpectrum::HvSpectrum() : values{}, valid(true)
-{
-}
+HvSpectrum::HvSpectrum() : values{}, valid(true) { }
 
 HvSpectrum::HvSpectrum(const Utilities::Vector<float>& values) : valid(true)
 {
@@ -33,8 +31,7 @@ HvSpectrum::HvSpectrum(const float* values) : valid(true)
     std::copy(values, values + numberOfValues, this->values.begin());
 }
 
-HvSpectrum::HvSpectrum(const float* values, const HvMeasureConditions& conditions)
-    : valid(true), conditions(conditions)
+HvSpectrum::HvSpectrum(const float* values, const HvMeasureConditions& conditions) : valid(true), conditions(conditions)
 {
     std::copy(values, values + numberOfValues, this->values.begin());
 }

@@ -61,13 +61,9 @@ bool IsDaylightText(const String& text)
 
 }
 
-IlluminationTYPE::IlluminationTYPE() : IlluminationTYPE(Illumination::Undefined)
-{
-}
+IlluminationTYPE::IlluminationTYPE() : IlluminationTYPE(Illumination::Undefined) { }
 
-IlluminationTYPE::IlluminationTYPE(Illumination type) : fValue(0), colorTemperature(0), type(type)
-{
-}
+IlluminationTYPE::IlluminationTYPE(Illumination type) : fValue(0), colorTemperature(0), type(type) { }
 
 IlluminationTYPE IlluminationTYPE::Fluorescent(uint8_t fValue)
 {

@@ -53,7 +53,7 @@ bool SpectralDensityAt(const HvSpectrum& spectrum, bool relative, uint16_t index
 using DensityWay = bool (*)(const HvSpectrum&, DensityStandard, bool, HvDensities&);
 
 bool DensityOf(DensityWay way, const HvSpectrum& spectrum, DensityStandard standard, bool relative,
-               DensityFilterMode mode, float& density)
+    DensityFilterMode mode, float& density)
 {
     HvDensities densities;
     if (!way(spectrum, standard, relative, densities)) {
@@ -65,18 +65,18 @@ bool DensityOf(DensityWay way, const HvSpectrum& spectrum, DensityStandard stand
 
 // The densities of the solid and the tint: at the solid's peak for "Max", else by the mode.
 bool SolidAndTint(DensityWay way, const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard,
-                  bool relative, DensityFilterMode mode, float& solidDensity, float& tintDensity)
+    bool relative, DensityFilterMode mode, float& solidDensity, float& tintDensity)
 {
     if (mode == DensityFilterMode::Max) {
         uint16_t index = 0;
         return PeakOf(solid, solidDensity, index) && SpectralDensityAt(tint, relative, index, tintDensity);
     }
     return DensityOf(way, solid, standard, relative, mode, solidDensity) &&
-           DensityOf(way, tint, standard, relative, mode, tintDensity);
+        DensityOf(way, tint, standard, relative, mode, tintDensity);
 }
 
-bool ColorDensities(const HvSpectrum& spectrum, DensityStandard standard, bool relative, bool corrected,
-                    std::array<float, 3>& sorted)
+bool ColorDensities(
+    const HvSpectrum& spectrum, DensityStandard standard, bool relative, bool corrected, std::array<float, 3>& sorted)
 {
     HvDensities densities;
     const bool computed = corrected ? GetCorrectedDensities(spectrum, standard, relative, densities)
@@ -100,14 +100,14 @@ float Trapping(double first, double second, double overprint)
 // Standard and filter mode of the conditions; a failure of the area is the failure of the caller.
 bool AreaOf(const HvSpectrum& solid, const HvSpectrum& tint, const HvMeasureConditions& conditions, float& area)
 {
-    return GetDotArea(solid, tint, conditions.GetDensityStandard(), conditions.GetDensityFilterMode(), murrayDavies,
-                      area);
+    return GetDotArea(
+        solid, tint, conditions.GetDensityStandard(), conditions.GetDensityFilterMode(), murrayDavies, area);
 }
 
 }
 
 bool GetDotArea(const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, DensityFilterMode mode,
-                float n, float& out)
+    float n, float& out)
 {
     float solidDensity = 0.0f;
     float tintDensity = 0.0f;
@@ -119,8 +119,8 @@ bool GetDotArea(const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard
     return true;
 }
 
-bool GetDotArea(const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, DensityFilterMode mode,
-                float& out)
+bool GetDotArea(
+    const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, DensityFilterMode mode, float& out)
 {
     return GetDotArea(solid, tint, standard, mode, murrayDavies, out);
 }
@@ -134,8 +134,8 @@ float GetDotGain(const HvSpectrum& tint, const HvSpectrum& solid, const HvMeasur
     return area * 100.0f - nominal;
 }
 
-float GetSlur(const Utilities::Vector<HvSpectrum>& halftones, const HvSpectrum& solid,
-              const HvMeasureConditions& conditions)
+float GetSlur(
+    const Utilities::Vector<HvSpectrum>& halftones, const HvSpectrum& solid, const HvMeasureConditions& conditions)
 {
     const unsigned long count = halftones.Size();
     if (count < 2) {
@@ -147,7 +147,7 @@ float GetSlur(const Utilities::Vector<HvSpectrum>& halftones, const HvSpectrum& 
         float area = 0.0f;
         if (!AreaOf(solid, halftones[index], conditions, area)) {
             throw ExceptionCMetry(TranslatedMessage("Calculation of slur failed at Halftone ") +
-                                  Utilities::String(static_cast<long>(index)));
+                Utilities::String(static_cast<long>(index)));
         }
         largest = index == 0 || area > largest ? area : largest;
         total += area;
@@ -156,7 +156,7 @@ float GetSlur(const Utilities::Vector<HvSpectrum>& halftones, const HvSpectrum& 
 }
 
 bool GetPrintContrast(const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, bool relative,
-                      DensityFilterMode mode, float& out)
+    DensityFilterMode mode, float& out)
 {
     float solidDensity = 0.0f;
     float tintDensity = 0.0f;
@@ -169,7 +169,7 @@ bool GetPrintContrast(const HvSpectrum& solid, const HvSpectrum& tint, DensitySt
 }
 
 bool GetTrapping(const HvSpectrum& first, const HvSpectrum& second, const HvSpectrum& overprint,
-                 DensityStandard standard, DensityFilterMode mode, float& out)
+    DensityStandard standard, DensityFilterMode mode, float& out)
 {
     float firstDensity = 0.0f;
     float secondDensity = 0.0f;
@@ -178,11 +178,11 @@ bool GetTrapping(const HvSpectrum& first, const HvSpectrum& second, const HvSpec
     if (mode == DensityFilterMode::Max) {
         uint16_t index = 0;
         computed = PeakOf(second, secondDensity, index) && SpectralDensityAt(first, true, index, firstDensity) &&
-                   SpectralDensityAt(overprint, true, index, overprintDensity);
+            SpectralDensityAt(overprint, true, index, overprintDensity);
     } else {
         computed = DensityOf(GetRawDensities, first, standard, true, mode, firstDensity) &&
-                   DensityOf(GetRawDensities, second, standard, true, mode, secondDensity) &&
-                   DensityOf(GetRawDensities, overprint, standard, true, mode, overprintDensity);
+            DensityOf(GetRawDensities, second, standard, true, mode, secondDensity) &&
+            DensityOf(GetRawDensities, overprint, standard, true, mode, overprintDensity);
     }
     if (computed) {
         out = Trapping(firstDensity, secondDensity, overprintDensity);
@@ -191,7 +191,7 @@ bool GetTrapping(const HvSpectrum& first, const HvSpectrum& second, const HvSpec
 }
 
 bool GetTrapping(const HvDensities& first, const HvDensities& second, const HvDensities& overprint,
-                 DensityFilterMode mode, float& out)
+    DensityFilterMode mode, float& out)
 {
     out = Trapping(first.GetValue(mode), second.GetValue(mode), overprint.GetValue(mode));
     return true;
@@ -215,7 +215,7 @@ bool GetHueError(const HvSpectrum& spectrum, DensityStandard standard, bool rela
     }
     out = IsNone(sorted[0]) ? 0.0f
                             : static_cast<float>((static_cast<double>(sorted[1]) - sorted[2]) /
-                                                 (static_cast<double>(sorted[0]) - sorted[2]));
+                                  (static_cast<double>(sorted[0]) - sorted[2]));
     return true;
 }
 

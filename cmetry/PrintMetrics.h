@@ -16,30 +16,29 @@ namespace CMetry {
 // The printed area of a tint as a fraction, by Yule-Nielsen with the factor n, always relative to
 // the paper white; the form without n is Murray-Davies.
 bool GetDotArea(const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, DensityFilterMode mode,
-                float n, float& out);
-bool GetDotArea(const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, DensityFilterMode mode,
-                float& out);
+    float n, float& out);
+bool GetDotArea(
+    const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, DensityFilterMode mode, float& out);
 
 // The Murray-Davies area in percent less the nominal tone value in percent, by the density standard
 // and filter mode of the conditions. Fails with ExceptionCMetry "Calculation of dot gain failed".
-float GetDotGain(const HvSpectrum& tint, const HvSpectrum& solid, const HvMeasureConditions& conditions,
-                 float nominal);
+float GetDotGain(const HvSpectrum& tint, const HvSpectrum& solid, const HvMeasureConditions& conditions, float nominal);
 // How far the halftones fall short of the largest of them, in percent points summed over all; 0
 // for fewer than two. Fails with ExceptionCMetry "Calculation of slur failed at Halftone " and the
 // index counted from 0.
-float GetSlur(const Utilities::Vector<HvSpectrum>& halftones, const HvSpectrum& solid,
-              const HvMeasureConditions& conditions);
+float GetSlur(
+    const Utilities::Vector<HvSpectrum>& halftones, const HvSpectrum& solid, const HvMeasureConditions& conditions);
 
 // (solid - tint) / solid in corrected densities.
 bool GetPrintContrast(const HvSpectrum& solid, const HvSpectrum& tint, DensityStandard standard, bool relative,
-                      DensityFilterMode mode, float& out);
+    DensityFilterMode mode, float& out);
 
 // How well the second colour takes on the first: (overprint - first) / second in raw densities,
 // paper-relative; 1.0 when the second has no density.
 bool GetTrapping(const HvSpectrum& first, const HvSpectrum& second, const HvSpectrum& overprint,
-                 DensityStandard standard, DensityFilterMode mode, float& out);
+    DensityStandard standard, DensityFilterMode mode, float& out);
 bool GetTrapping(const HvDensities& first, const HvDensities& second, const HvDensities& overprint,
-                 DensityFilterMode mode, float& out);
+    DensityFilterMode mode, float& out);
 
 // Lowest over highest colour density; 1.0 without density.
 bool GetGrayness(const HvSpectrum& spectrum, DensityStandard standard, bool relative, float& out, bool corrected);

@@ -10,7 +10,6 @@
 
 namespace CMetry {
 
-
 namespace {
 
 // From XYZ on the scale Y = 100 to linear RGB on the scale 0 to 1.
@@ -21,8 +20,8 @@ constexpr std::array<std::array<float, 3>, 3> displayMatrix = {{
 }};
 
 // A component that fails counts as none.
-bool ConvertedByScreenComponent(const HvColorVector& vector, const HvMeasureConditions& rgbConditions,
-                                HvColorVector& out)
+bool ConvertedByScreenComponent(
+    const HvColorVector& vector, const HvMeasureConditions& rgbConditions, HvColorVector& out)
 {
     try {
         const Utilities::SmartPointer<VellumCMMScreen> screen =

@@ -89,9 +89,7 @@ std::pair<double, double> DaylightFactors(int16_t temperature)
 
 }
 
-SpectralDistribution::SpectralDistribution() : step(0), maximum(0), minimum(0)
-{
-}
+SpectralDistribution::SpectralDistribution() : step(0), maximum(0), minimum(0) { }
 
 SpectralDistribution::SpectralDistribution(uint16_t minimum, uint16_t maximum, uint16_t step, std::vector<float> values)
     : step(step), maximum(maximum), minimum(minimum), values(std::move(values))

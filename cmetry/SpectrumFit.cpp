@@ -46,17 +46,9 @@ HvSpectrum Flat(float value, const HvMeasureConditions& conditions)
 }
 
 SpectrumFit::SpectrumFit(const HvColorVector& lab, double tolerance, bool useCIE94, int32_t maximumSteps)
-    : lab(lab),
-      tolerance(tolerance),
-      useCIE94(useCIE94),
-      maximumSteps(maximumSteps),
-      steps(0),
-      contributions{},
-      contributionLengths{},
-      target{},
-      current(Flat(startValue, lab.GetConditions())),
-      residual{},
-      residualLength(0.0f)
+    : lab(lab), tolerance(tolerance), useCIE94(useCIE94), maximumSteps(maximumSteps),
+      steps(0), contributions{}, contributionLengths{}, target{},
+      current(Flat(startValue, lab.GetConditions())), residual{}, residualLength(0.0f)
 {
 }
 

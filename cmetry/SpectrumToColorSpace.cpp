@@ -40,14 +40,12 @@ double MgLightness(double lightness)
     if (lightness < 16.0) {
         return lightness / lowLightnessDivisor;
     }
-    return lightnessSlope * lightness + std::log(lightnessLogFactor * lightness) / lightnessLogFactor +
-           lightnessOffset;
+    return lightnessSlope * lightness + std::log(lightnessLogFactor * lightness) / lightnessLogFactor + lightnessOffset;
 }
 
 double MgChroma(double chroma)
 {
-    return chromaSlope * chroma + chromaLogFactor * std::log(chromaLogSlope * chroma + chromaLogOffset) +
-           chromaOffset;
+    return chromaSlope * chroma + chromaLogFactor * std::log(chromaLogSlope * chroma + chromaLogOffset) + chromaOffset;
 }
 
 double MgHue(double hue)

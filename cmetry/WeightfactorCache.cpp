@@ -46,8 +46,8 @@ SmartPointer<const Weightfactors> WeightfactorCache::Update(const HvMeasureCondi
 bool WeightfactorCache::Fits(const HvMeasureConditions& conditions) const
 {
     return !weightfactors.IsNull() && illumination == conditions.GetIllumination() &&
-           observer == conditions.GetObserver() &&
-           AddressOf(userDefinedIllumination) == AddressOf(conditions.GetUserDefinedIlluminationPointer());
+        observer == conditions.GetObserver() &&
+        AddressOf(userDefinedIllumination) == AddressOf(conditions.GetUserDefinedIlluminationPointer());
 }
 
 void WeightfactorCache::Store(const SmartPointer<const Weightfactors>& built, const HvMeasureConditions& conditions)
@@ -94,4 +94,3 @@ Observer WeightfactorCache::GetObserver()
 }
 
 }
-

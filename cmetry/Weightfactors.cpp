@@ -40,13 +40,8 @@ float Dot(std::span<const float> row, const std::vector<float>& entries, int sta
 }
 
 Weightfactors::Weightfactors(const HvMeasureConditions& conditions)
-    : k(0.0f),
-      dataCount(conditions.numberOfDataPoints),
-      dataMinimum(conditions.wavelengthMinimum),
-      dataMaximum(conditions.wavelengthMaximum),
-      dataStep(0),
-      whitePoint{},
-      emission(false)
+    : k(0.0f), dataCount(conditions.numberOfDataPoints), dataMinimum(conditions.wavelengthMinimum),
+      dataMaximum(conditions.wavelengthMaximum), dataStep(0), whitePoint{}, emission(false)
 {
     try {
         Build(conditions);

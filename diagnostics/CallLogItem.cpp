@@ -2,8 +2,8 @@
 
 namespace Diagnostics {
 
-CallLogItem::CallLogItem(const FunctionName& function, const void* objectAddress, unsigned long depth,
-                         const String& parameters)
+CallLogItem::CallLogItem(
+    const FunctionName& function, const void* objectAddress, unsigned long depth, const String& parameters)
     : LogItem(function, objectAddress, depth), parameters(parameters)
 {
 }

@@ -2,8 +2,8 @@
 
 namespace Diagnostics {
 
-DebugBreakLogItem::DebugBreakLogItem(const FunctionName& function, const void* objectAddress,
-                                     unsigned long depth, const String& text)
+DebugBreakLogItem::DebugBreakLogItem(
+    const FunctionName& function, const void* objectAddress, unsigned long depth, const String& text)
     : LogItem(function, objectAddress, depth), text(text)
 {
 }
@@ -18,9 +18,7 @@ String DebugBreakLogItem::ToString() const
     return line;
 }
 
-void DebugBreakLogItem::GetKindText(String&) const
-{
-}
+void DebugBreakLogItem::GetKindText(String&) const { }
 
 bool DebugBreakLogItem::HasDetails() const
 {

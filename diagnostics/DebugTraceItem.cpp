@@ -5,8 +5,7 @@
 
 namespace Diagnostics {
 
-DebugTraceItem::DebugTraceItem(const char* package, const char* className, const char* function,
-                               const void* object)
+DebugTraceItem::DebugTraceItem(const char* package, const char* className, const char* function, const void* object)
     : TraceItem(package, className, function, object)
 {
     manager.LeaveLevel();

@@ -8,8 +8,7 @@ namespace Diagnostics {
 // line stands one level below the function's call, and it reports no return.
 class DebugTraceItem : public TraceItem {
 public:
-    DebugTraceItem(const char* package, const char* className, const char* function,
-                   const void* object = nullptr);
+    DebugTraceItem(const char* package, const char* className, const char* function, const void* object = nullptr);
     ~DebugTraceItem() override;
 
     // Replaces the text.

@@ -17,9 +17,7 @@ constexpr unsigned long longestName = 254;
 
 }
 
-DiagnosticsFilter::DiagnosticsFilter() : loaded(false), showOnly(false)
-{
-}
+DiagnosticsFilter::DiagnosticsFilter() : loaded(false), showOnly(false) { }
 
 bool DiagnosticsFilter::IsTraced(const char* package, const char* className)
 {

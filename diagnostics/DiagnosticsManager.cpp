@@ -18,9 +18,7 @@ DiagnosticsManager& DiagnosticsManager::Instance()
     return manager;
 }
 
-DiagnosticsManager::DiagnosticsManager() : publishers{}
-{
-}
+DiagnosticsManager::DiagnosticsManager() : publishers{} { }
 
 DiagnosticsManager::~DiagnosticsManager()
 {
@@ -46,7 +44,7 @@ void DiagnosticsManager::Register(Publisher& publisher)
         }
     }
     throw ExceptionDiagnostic("Assertion failed", "DiagnosticsManager::Register", "free publisher slot",
-                              "no more than 5 publishers can be registered");
+        "no more than 5 publishers can be registered");
 }
 
 void DiagnosticsManager::Deregister(Publisher& publisher)

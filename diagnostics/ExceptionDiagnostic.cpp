@@ -2,12 +2,9 @@
 
 namespace Diagnostics {
 
-ExceptionDiagnostic::ExceptionDiagnostic(const String& text) : text(text)
-{
-}
+ExceptionDiagnostic::ExceptionDiagnostic(const String& text) : text(text) { }
 
-ExceptionDiagnostic::ExceptionDiagnostic(const char* first, const char* second, const char* third,
-                                         const char* fourth)
+ExceptionDiagnostic::ExceptionDiagnostic(const char* first, const char* second, const char* third, const char* fourth)
     : text(first)
 {
     text += " ";

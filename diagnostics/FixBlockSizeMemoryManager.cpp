@@ -97,7 +97,7 @@ bool FixBlockSizeMemoryManager::IsPoolRecord(const BlockRecord* record) const
 {
     const auto address = reinterpret_cast<uintptr_t>(record);
     return address >= reinterpret_cast<uintptr_t>(records) &&
-           address < reinterpret_cast<uintptr_t>(records + recordCount);
+        address < reinterpret_cast<uintptr_t>(records + recordCount);
 }
 
 void FixBlockSizeMemoryManager::Retire()

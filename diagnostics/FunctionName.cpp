@@ -2,8 +2,7 @@
 
 namespace Diagnostics {
 
-FunctionName::FunctionName(const char* package, const char* className, const char* function)
-    : name(package)
+FunctionName::FunctionName(const char* package, const char* className, const char* function) : name(package)
 {
     name += "::";
     if (className != nullptr && className[0] != '\0') {

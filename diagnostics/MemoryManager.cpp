@@ -4,8 +4,6 @@ namespace Diagnostics {
 
 MemoryManager::~MemoryManager() = default;
 
-void MemoryManager::Free(BlockRecord*)
-{
-}
+void MemoryManager::Free(BlockRecord*) { }
 
 }

@@ -2,8 +2,8 @@
 
 namespace Diagnostics {
 
-ReturnLogItem::ReturnLogItem(const FunctionName& function, const void* objectAddress, unsigned long depth,
-                             const String& returned)
+ReturnLogItem::ReturnLogItem(
+    const FunctionName& function, const void* objectAddress, unsigned long depth, const String& returned)
     : LogItem(function, objectAddress, depth), returned(returned)
 {
 }

@@ -16,9 +16,7 @@ constexpr uint32_t numberBufferSize = 40;
 
 }
 
-String::String() : block(nullptr), length(0)
-{
-}
+String::String() : block(nullptr), length(0) { }
 
 String::String(const char* text) : String()
 {
@@ -67,9 +65,7 @@ String::String(double value) : String()
     AppendFormatted("%.15g", value);
 }
 
-String::String(bool value) : String(value ? "true" : "false")
-{
-}
+String::String(bool value) : String(value ? "true" : "false") { }
 
 String::String(const void* pointer) : String()
 {

@@ -16,13 +16,8 @@ constexpr char missingReturn[] = "********** Developer Exception : Missing retur
 }
 
 TraceItem::TraceItem(const char* package, const char* className, const char* function, const void* object)
-    : manager(ManagerWithItsOutput()),
-      function(package, className, function),
-      objectAddress(object),
-      traced(manager.IsTraced(package, className)),
-      depth(manager.EnterLevel()),
-      reportReturn(true),
-      returnSeen(true),
+    : manager(ManagerWithItsOutput()), function(package, className, function), objectAddress(object),
+      traced(manager.IsTraced(package, className)), depth(manager.EnterLevel()), reportReturn(true), returnSeen(true),
       exceptionsAtEntry(std::uncaught_exceptions())
 {
 }

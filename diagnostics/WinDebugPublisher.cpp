@@ -23,9 +23,7 @@ void WinDebugPublisher::EnsureExists()
     }
 }
 
-WinDebugPublisher::WinDebugPublisher() : StringPublisher(true), output(OpenedOutput())
-{
-}
+WinDebugPublisher::WinDebugPublisher() : StringPublisher(true), output(OpenedOutput()) { }
 
 // A fresh file; null when the working directory won't take one.
 Utilities::SmartPointer<Utilities::File> WinDebugPublisher::OpenedOutput()

@@ -29,7 +29,7 @@ struct AmbientLightHandle::SavedItems {
     uint32_t count;
 };
 
-AmbientLightHandle::AmbientLightHandle() : gainRatio(1.0f) {}
+AmbientLightHandle::AmbientLightHandle() : gainRatio(1.0f) { }
 
 AmbientLightHandle::~AmbientLightHandle() = default;
 
@@ -68,8 +68,9 @@ Utilities::String AmbientLightHandle::GetMode()
 Utilities::Vector<long>& AmbientLightHandle::MeasureDark(Utilities::Vector<long>& row)
 {
     MeasurementHandle::MeasureDark(row);
-    const SavedItems saved{ConditionU32(ConditionItems::lampOffDuringMeasurement), ConditionU32(ConditionItems::countFromReplacementItem),
-                           ConditionFloat(ConditionItems::integrationTime), ConditionU32(ConditionItems::gain), ConditionU32(ConditionItems::count)};
+    const SavedItems saved{ConditionU32(ConditionItems::lampOffDuringMeasurement),
+        ConditionU32(ConditionItems::countFromReplacementItem), ConditionFloat(ConditionItems::integrationTime),
+        ConditionU32(ConditionItems::gain), ConditionU32(ConditionItems::count)};
     auto restore = [this, &saved] {
         SetConditionU32(ConditionItems::lampOffDuringMeasurement, saved.lampOff);
         SetConditionU32(ConditionItems::countFromReplacementItem, saved.replacementCount);
@@ -140,7 +141,8 @@ void AmbientLightHandle::MeasureGridDarks()
 void AmbientLightHandle::MeasureGridSingle()
 {
     const bool adapt = ConditionU32(ConditionItems::adaptIntegrationTime) != 0;
-    std::size_t index = NearestSetting(ConditionFloat(ConditionItems::integrationTime), ConditionU32(ConditionItems::gain));
+    std::size_t index =
+        NearestSetting(ConditionFloat(ConditionItems::integrationTime), ConditionU32(ConditionItems::gain));
     if (adapt) {
         UseSetting(0);
         SensorData probe;

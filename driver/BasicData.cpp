@@ -21,9 +21,7 @@ constexpr double integrationTimeTolerance = 0.001;
 
 }
 
-BasicData::BasicData() : rows(0), integrationTime(0.0f), gain(0), currentRow(0)
-{
-}
+BasicData::BasicData() : rows(0), integrationTime(0.0f), gain(0), currentRow(0) { }
 
 BasicData::~BasicData() = default;
 
@@ -83,8 +81,7 @@ void BasicData::CheckFit(const BasicData& other, const OperationTexts& texts) co
 void BasicData::Subtract(const BasicData& other)
 {
     static const OperationTexts texts{"Unable to subtract (different vector size)",
-                                      "Unable to subtract (different gain)",
-                                      "Unable to subtract (different integration time)"};
+        "Unable to subtract (different gain)", "Unable to subtract (different integration time)"};
     CheckFit(other, texts);
     Vector<float>& row = rows[currentRow];
     const Vector<float>& subtrahend = other.rows[other.currentRow];
@@ -96,8 +93,7 @@ void BasicData::Subtract(const BasicData& other)
 void BasicData::Multiply(const BasicData& other)
 {
     static const OperationTexts texts{"Unable to multiply (different vector size)",
-                                      "Unable to multiply (different gain)",
-                                      "Unable to multiply (different integration time)"};
+        "Unable to multiply (different gain)", "Unable to multiply (different integration time)"};
     CheckFit(other, texts);
     Vector<float>& row = rows[currentRow];
     const Vector<float>& factors = other.rows[other.currentRow];
@@ -109,9 +105,8 @@ void BasicData::Multiply(const BasicData& other)
 // Stops at the first zero of the divisor; what was divided before it stays divided.
 void BasicData::Divide(const BasicData& other)
 {
-    static const OperationTexts texts{"Unable to divide (different vector size)",
-                                      "Unable to divide (different gain)",
-                                      "Unable to divide (different integration time)"};
+    static const OperationTexts texts{"Unable to divide (different vector size)", "Unable to divide (different gain)",
+        "Unable to divide (different integration time)"};
     CheckFit(other, texts);
     Vector<float>& row = rows[currentRow];
     const Vector<float>& divisors = other.rows[other.currentRow];

@@ -28,9 +28,7 @@ bool IdOfKey(const String& key, uint16_t& id)
 
 }
 
-ConfigurationData::ConfigurationData(const String& name) : name(name)
-{
-}
+ConfigurationData::ConfigurationData(const String& name) : name(name) { }
 
 ConfigurationData::~ConfigurationData() = default;
 

@@ -9,13 +9,9 @@ constexpr float longIntegrationTime = 1000.0f;
 
 }
 
-DarkData::DarkData() : darkLevel(unknownLevel)
-{
-}
+DarkData::DarkData() : darkLevel(unknownLevel) { }
 
-DarkData::DarkData(const BasicData& data) : BasicData(data), darkLevel(unknownLevel)
-{
-}
+DarkData::DarkData(const BasicData& data) : BasicData(data), darkLevel(unknownLevel) { }
 
 DarkData& DarkData::operator=(const BasicData& data)
 {

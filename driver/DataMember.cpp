@@ -13,9 +13,7 @@ long AsWord(long value)
 
 }
 
-DataMember::DataMember() : floats(0), integers(0), modified(true), type(typeNone)
-{
-}
+DataMember::DataMember() : floats(0), integers(0), modified(true), type(typeNone) { }
 
 void DataMember::StoreIntegers(const Utilities::Vector<long>& values, int32_t integerType)
 {

@@ -388,8 +388,8 @@ void DriverCalculation::NormaliseToTile(Vector<float>& spectrum) const
     }
 }
 
-float DriverCalculation::NewIntegrationTime(const SensorData& sensor, float presentTime, float levelFactor,
-                                             bool strict) const
+float DriverCalculation::NewIntegrationTime(
+    const SensorData& sensor, float presentTime, float levelFactor, bool strict) const
 {
     const Vector<float> linear = LinearValues(sensor.Gain(), sensor.MaxRaw(), TargetLevel(levelFactor));
     const float linearMaximum = linear[0];
@@ -397,8 +397,8 @@ float DriverCalculation::NewIntegrationTime(const SensorData& sensor, float pres
     if (linearMaximum == 0.0f) {
         throw ExceptionOutOfBound("New integration time: Division by zero");
     }
-    float time = static_cast<float>(static_cast<double>(presentTime) * static_cast<double>(linearTarget) /
-                                    static_cast<double>(linearMaximum));
+    float time = static_cast<float>(
+        static_cast<double>(presentTime) * static_cast<double>(linearTarget) / static_cast<double>(linearMaximum));
     if (time < 0.0f && strict) {
         throw ExceptionOutOfBound("New integration time: No light");
     }

@@ -72,8 +72,8 @@ public:
     Diagnostics::String GetValueString() const override;
 
 private:
-    [[noreturn]] static void RaiseEmptied(const char* prefix, const Utilities::ExceptionOutOfBound& failure,
-                                          BasicData& filled);
+    [[noreturn]] static void RaiseEmptied(
+        const char* prefix, const Utilities::ExceptionOutOfBound& failure, BasicData& filled);
 
     void DarkSteps(SensorData& sensor);
     bool WhiteSteps(SensorData& sensor, uint16_t& filter, bool takeMean, float levelFactor);

@@ -60,7 +60,8 @@ void EmissionHandle::MeasureAdaptedSingle(const Utilities::String& mode)
         SetConditionFloat(ConditionItems::integrationTime, probeTime);
         SensorData probe;
         MeasureSensor(probe);
-        SetConditionFloat(ConditionItems::integrationTime, calculation->NewIntegrationTime(probe, probeTime, 1.0f, true));
+        SetConditionFloat(
+            ConditionItems::integrationTime, calculation->NewIntegrationTime(probe, probeTime, 1.0f, true));
         Raise("New integration time calculated. Please measure again dark.");
     }
     if (calculation->IsSaturated(sensor)) {

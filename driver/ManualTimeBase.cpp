@@ -2,9 +2,7 @@
 
 namespace DeviceDriver {
 
-ManualTimeBase::ManualTimeBase(int64_t startMicroseconds) : now(startMicroseconds), slept(0)
-{
-}
+ManualTimeBase::ManualTimeBase(int64_t startMicroseconds) : now(startMicroseconds), slept(0) { }
 
 ManualTimeBase::~ManualTimeBase() = default;
 

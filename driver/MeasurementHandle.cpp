@@ -56,7 +56,7 @@ const char* const MeasurementHandle::noError = "No error!";
 const char* const MeasurementHandle::notOpen = "Measurement handle is not open!";
 const char* const MeasurementHandle::handleNotOpen = "Handle not open!";
 
-MeasurementHandle::MeasurementHandle() : lastError(noError), conditions("PhysicalCondition") {}
+MeasurementHandle::MeasurementHandle() : lastError(noError), conditions("PhysicalCondition") { }
 
 // The last handle of a connection closes the instrument; what fails then, such as the writing of
 // the log, is lost with the handle.

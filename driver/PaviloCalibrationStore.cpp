@@ -24,8 +24,8 @@ constexpr std::uint16_t ResetAfterWrite = 9;
 
 [[noreturn]] void RaiseEEPROMError(std::uint16_t id, const Utilities::Exception& failure)
 {
-    throw ExceptionOutOfBound(String("EEPROM Error (ID ") + String(static_cast<long>(id)) + String("): ") +
-                              *failure.Text());
+    throw ExceptionOutOfBound(
+        String("EEPROM Error (ID ") + String(static_cast<long>(id)) + String("): ") + *failure.Text());
 }
 
 // Sets the write protection again when the call that lifted it ends, however it ends.

@@ -27,8 +27,8 @@ constexpr const char* UncorrectableList = "EEPROM Error: unable to correct inval
 
 [[noreturn]] void RaiseFileNotFound(std::uint16_t id)
 {
-    throw ExceptionResourceNotAvailable(String("File with ID ") + String(static_cast<long>(id)) +
-                                        String(" not found in EEPROM"));
+    throw ExceptionResourceNotAvailable(
+        String("File with ID ") + String(static_cast<long>(id)) + String(" not found in EEPROM"));
 }
 
 // Rising ids, so that a repair with unchanged sizes gives every file the place it had when the
@@ -46,8 +46,7 @@ std::vector<std::uint16_t> SortedIds(const ConfigurationData& data)
 
 }
 
-PaviloEEPROM::PaviloEEPROM(PaviloFunctionality* functionality)
-    : protectedFromWrites(true), functionality(functionality)
+PaviloEEPROM::PaviloEEPROM(PaviloFunctionality* functionality) : protectedFromWrites(true), functionality(functionality)
 {
 }
 
@@ -72,7 +71,7 @@ void PaviloEEPROM::ParseEntryList(const std::uint8_t* block)
     const std::uint16_t usedLength = std::min(PaviloFunctionality::U16FromBytes(block + 2), EntryListSize);
     for (std::uint16_t position = EntriesOffset; position + EntryWidth <= usedLength; position += EntryWidth) {
         entries.Append(Entry(PaviloFunctionality::U16FromBytes(block + position),
-                             PaviloFunctionality::U32FromBytes(block + position + 2)));
+            PaviloFunctionality::U32FromBytes(block + position + 2)));
     }
 }
 
@@ -125,7 +124,7 @@ void PaviloEEPROM::Repair(const ConfigurationData& calibration, const Configurat
 
 // A region that would overflow into the next one is refused before anything is changed.
 std::uint32_t PaviloEEPROM::LayOutRegion(List<Entry>& layout, const ConfigurationData& data, std::uint32_t address,
-                                         std::uint16_t idOffset, std::uint16_t endMark, std::uint32_t limit)
+    std::uint16_t idOffset, std::uint16_t endMark, std::uint32_t limit)
 {
     for (std::uint16_t id : SortedIds(data)) {
         layout.Append(Entry(static_cast<std::uint16_t>(id + idOffset), address));

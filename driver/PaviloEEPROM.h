@@ -65,8 +65,7 @@ private:
     const Entry* FindEntry(std::uint16_t id, const Entry** following);
     void EnsureEntryList();
     static std::uint32_t LayOutRegion(Utilities::List<Entry>& layout, const ConfigurationData& data,
-                                      std::uint32_t address, std::uint16_t idOffset, std::uint16_t endMark,
-                                      std::uint32_t limit);
+        std::uint32_t address, std::uint16_t idOffset, std::uint16_t endMark, std::uint32_t limit);
 
     Utilities::List<Entry> entries;
     bool protectedFromWrites;

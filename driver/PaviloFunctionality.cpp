@@ -42,7 +42,7 @@ std::uint16_t PaviloFunctionality::U16FromBytes(const std::uint8_t* bytes)
 std::uint32_t PaviloFunctionality::U32FromBytes(const std::uint8_t* bytes)
 {
     return (static_cast<std::uint32_t>(bytes[0]) << 24) | (static_cast<std::uint32_t>(bytes[1]) << 16) |
-           (static_cast<std::uint32_t>(bytes[2]) << 8) | bytes[3];
+        (static_cast<std::uint32_t>(bytes[2]) << 8) | bytes[3];
 }
 
 float PaviloFunctionality::FloatFromBytes(const std::uint8_t* bytes)
@@ -65,8 +65,8 @@ void PaviloFunctionality::MeasureRequest(std::uint8_t* buffer, std::uint32_t siz
     functionality->MeasureRequest(buffer, size, timeoutSeconds);
 }
 
-void PaviloFunctionality::SetMeasureParameters(std::uint16_t integration, std::uint16_t lamp, std::uint16_t count,
-                                               std::uint8_t flags)
+void PaviloFunctionality::SetMeasureParameters(
+    std::uint16_t integration, std::uint16_t lamp, std::uint16_t count, std::uint8_t flags)
 {
     std::uint8_t integrationBytes[2];
     std::uint8_t lampBytes[2];
@@ -77,8 +77,8 @@ void PaviloFunctionality::SetMeasureParameters(std::uint16_t integration, std::u
     functionality->SetMeasureParameters(integrationBytes, lampBytes, countBytes, flags);
 }
 
-void PaviloFunctionality::GetMeasureParameters(std::uint16_t& integration, std::uint16_t& lamp, std::uint16_t& count,
-                                               std::uint8_t& flags)
+void PaviloFunctionality::GetMeasureParameters(
+    std::uint16_t& integration, std::uint16_t& lamp, std::uint16_t& count, std::uint8_t& flags)
 {
     std::uint8_t integrationBytes[2];
     std::uint8_t lampBytes[2];
@@ -89,8 +89,8 @@ void PaviloFunctionality::GetMeasureParameters(std::uint16_t& integration, std::
     count = U16FromBytes(countBytes);
 }
 
-void PaviloFunctionality::WriteEEPROM(std::uint32_t address, std::uint16_t size, const std::uint8_t* source,
-                                      std::uint32_t count)
+void PaviloFunctionality::WriteEEPROM(
+    std::uint32_t address, std::uint16_t size, const std::uint8_t* source, std::uint32_t count)
 {
     CheckRange("PaviloFunctionality::WriteEEPROM ", address, count);
     std::uint8_t addressBytes[4];
@@ -102,8 +102,8 @@ void PaviloFunctionality::WriteEEPROM(std::uint32_t address, std::uint16_t size,
     std::copy_n(source, count, image.get() + address);
 }
 
-void PaviloFunctionality::ReadEEPROM(std::uint32_t address, std::uint16_t size, std::uint8_t* target,
-                                     std::uint32_t count)
+void PaviloFunctionality::ReadEEPROM(
+    std::uint32_t address, std::uint16_t size, std::uint8_t* target, std::uint32_t count)
 {
     static_cast<void>(size);
     CheckRange("PaviloFunctionality::ReadEEPROM ", address, count);
@@ -150,8 +150,8 @@ void PaviloFunctionality::ReadCPLD(std::uint16_t& word)
     word = U16FromBytes(bytes);
 }
 
-void PaviloFunctionality::GetMISC(std::uint8_t& byte6, std::uint16_t& word0, std::uint8_t& byte7,
-                                  std::uint16_t& word1, std::uint16_t& word2)
+void PaviloFunctionality::GetMISC(
+    std::uint8_t& byte6, std::uint16_t& word0, std::uint8_t& byte7, std::uint16_t& word1, std::uint16_t& word2)
 {
     std::uint8_t word0Bytes[2];
     std::uint8_t word1Bytes[2];

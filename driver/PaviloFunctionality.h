@@ -28,14 +28,14 @@ public:
 
     void MeasureRequest(std::uint8_t* buffer, std::uint32_t size, std::uint32_t timeoutSeconds);
     void SetMeasureParameters(std::uint16_t integration, std::uint16_t lamp, std::uint16_t count, std::uint8_t flags);
-    void GetMeasureParameters(std::uint16_t& integration, std::uint16_t& lamp, std::uint16_t& count,
-                              std::uint8_t& flags);
+    void GetMeasureParameters(
+        std::uint16_t& integration, std::uint16_t& lamp, std::uint16_t& count, std::uint8_t& flags);
     void WriteEEPROM(std::uint32_t address, std::uint16_t size, const std::uint8_t* source, std::uint32_t count);
     void ReadEEPROM(std::uint32_t address, std::uint16_t size, std::uint8_t* target, std::uint32_t count);
     void WriteCPLD(std::uint16_t a, std::uint16_t b, std::uint16_t c);
     void ReadCPLD(std::uint16_t& word);
-    void GetMISC(std::uint8_t& byte6, std::uint16_t& word0, std::uint8_t& byte7, std::uint16_t& word1,
-                 std::uint16_t& word2);
+    void GetMISC(
+        std::uint8_t& byte6, std::uint16_t& word0, std::uint8_t& byte7, std::uint16_t& word1, std::uint16_t& word2);
     void Reset(std::uint16_t code);
     void GetScanData(std::uint8_t* target, std::uint32_t& size);
     bool IsDeviceOpen();

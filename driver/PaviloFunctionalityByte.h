@@ -19,18 +19,18 @@ public:
     ~PaviloFunctionalityByte() override;
 
     virtual void MeasureRequest(std::uint8_t* buffer, std::uint32_t size, std::uint32_t timeoutSeconds) = 0;
-    virtual void SetMeasureParameters(const std::uint8_t* integration, const std::uint8_t* lamp,
-                                      const std::uint8_t* count, std::uint8_t flags) = 0;
-    virtual void GetMeasureParameters(std::uint8_t* integration, std::uint8_t* lamp, std::uint8_t* count,
-                                      std::uint8_t& flags) = 0;
-    virtual void WriteEEPROM(const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source,
-                             std::uint32_t count) = 0;
-    virtual void ReadEEPROM(const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target,
-                            std::uint32_t count) = 0;
+    virtual void SetMeasureParameters(
+        const std::uint8_t* integration, const std::uint8_t* lamp, const std::uint8_t* count, std::uint8_t flags) = 0;
+    virtual void GetMeasureParameters(
+        std::uint8_t* integration, std::uint8_t* lamp, std::uint8_t* count, std::uint8_t& flags) = 0;
+    virtual void WriteEEPROM(
+        const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source, std::uint32_t count) = 0;
+    virtual void ReadEEPROM(
+        const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target, std::uint32_t count) = 0;
     virtual void WriteCPLD(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c) = 0;
     virtual void ReadCPLD(std::uint8_t* word) = 0;
-    virtual void GetMISC(std::uint8_t& byte6, std::uint8_t* word0, std::uint8_t& byte7, std::uint8_t* word1,
-                         std::uint8_t* word2) = 0;
+    virtual void GetMISC(
+        std::uint8_t& byte6, std::uint8_t* word0, std::uint8_t& byte7, std::uint8_t* word1, std::uint8_t* word2) = 0;
     // Only the low byte goes to the instrument.
     virtual void Reset(const std::uint8_t* code) = 0;
     // 30001: has the key been pressed since the last question; 30002: is an instrument attached.

@@ -11,8 +11,8 @@ namespace DeviceDriver {
 
 namespace {
 
-Utilities::ComponentCreatorNormal<PaviloFunctionality_PC> creator("PaviloFunctionality", "$Revision: 1.17 $",
-                                                                  "HviInstrument");
+Utilities::ComponentCreatorNormal<PaviloFunctionality_PC> creator(
+    "PaviloFunctionality", "$Revision: 1.17 $", "HviInstrument");
 
 constexpr std::uint8_t measureRequestCode = 192;
 constexpr std::uint8_t setMeasureParametersCode = 193;
@@ -82,8 +82,8 @@ void PaviloFunctionality_PC::MeasureRequest(std::uint8_t* buffer, std::uint32_t 
     });
 }
 
-void PaviloFunctionality_PC::SetMeasureParameters(const std::uint8_t* integration, const std::uint8_t* lamp,
-                                                  const std::uint8_t* count, std::uint8_t flags)
+void PaviloFunctionality_PC::SetMeasureParameters(
+    const std::uint8_t* integration, const std::uint8_t* lamp, const std::uint8_t* count, std::uint8_t flags)
 {
     Guarded("PaviloFunctionality_PC::SetMeasureParameters ", [&] {
         std::copy_n(integration, 2, payload);
@@ -94,8 +94,8 @@ void PaviloFunctionality_PC::SetMeasureParameters(const std::uint8_t* integratio
     });
 }
 
-void PaviloFunctionality_PC::GetMeasureParameters(std::uint8_t* integration, std::uint8_t* lamp, std::uint8_t* count,
-                                                  std::uint8_t& flags)
+void PaviloFunctionality_PC::GetMeasureParameters(
+    std::uint8_t* integration, std::uint8_t* lamp, std::uint8_t* count, std::uint8_t& flags)
 {
     Guarded("PaviloFunctionality_PC::GetMeasureParameters ", [&] {
         Command(getMeasureParametersCode, InstrumentToHost, 8);
@@ -106,15 +106,15 @@ void PaviloFunctionality_PC::GetMeasureParameters(std::uint8_t* integration, std
     });
 }
 
-void PaviloFunctionality_PC::WriteEEPROM(const std::uint8_t* address, const std::uint8_t* size,
-                                         const std::uint8_t* source, std::uint32_t count)
+void PaviloFunctionality_PC::WriteEEPROM(
+    const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source, std::uint32_t count)
 {
     Guarded("PaviloFunctionality_PC::WriteEEPROM ", [&] { WriteEEPROMBytes(address, size, source, count); });
 }
 
 // The instrument takes two further zero bytes after the data.
-void PaviloFunctionality_PC::WriteEEPROMBytes(const std::uint8_t* address, const std::uint8_t* size,
-                                              const std::uint8_t* source, std::uint32_t count)
+void PaviloFunctionality_PC::WriteEEPROMBytes(
+    const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source, std::uint32_t count)
 {
     std::copy_n(address, 4, payload);
     std::copy_n(size, 2, payload + 4);
@@ -126,14 +126,14 @@ void PaviloFunctionality_PC::WriteEEPROMBytes(const std::uint8_t* address, const
     }
 }
 
-void PaviloFunctionality_PC::ReadEEPROM(const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target,
-                                        std::uint32_t count)
+void PaviloFunctionality_PC::ReadEEPROM(
+    const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target, std::uint32_t count)
 {
     Guarded("PaviloFunctionality_PC::ReadEEPROM ", [&] { ReadEEPROMBytes(address, size, target, count); });
 }
 
-void PaviloFunctionality_PC::ReadEEPROMBytes(const std::uint8_t* address, const std::uint8_t* size,
-                                             std::uint8_t* target, std::uint32_t count)
+void PaviloFunctionality_PC::ReadEEPROMBytes(
+    const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target, std::uint32_t count)
 {
     std::copy_n(address, 4, payload);
     std::copy_n(size, 2, payload + 4);
@@ -159,8 +159,8 @@ void PaviloFunctionality_PC::ReadCPLD(std::uint8_t* word)
     });
 }
 
-void PaviloFunctionality_PC::GetMISC(std::uint8_t& byte6, std::uint8_t* word0, std::uint8_t& byte7,
-                                     std::uint8_t* word1, std::uint8_t* word2)
+void PaviloFunctionality_PC::GetMISC(
+    std::uint8_t& byte6, std::uint8_t* word0, std::uint8_t& byte7, std::uint8_t* word1, std::uint8_t* word2)
 {
     Guarded("PaviloFunctionality_PC::GetMISC ", [&] {
         Command(getMISCCode, InstrumentToHost, 8);

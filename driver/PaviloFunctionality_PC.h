@@ -22,17 +22,17 @@ public:
 
     void MeasureRequest(std::uint8_t* buffer, std::uint32_t size, std::uint32_t timeoutSeconds) override;
     void SetMeasureParameters(const std::uint8_t* integration, const std::uint8_t* lamp, const std::uint8_t* count,
-                              std::uint8_t flags) override;
-    void GetMeasureParameters(std::uint8_t* integration, std::uint8_t* lamp, std::uint8_t* count,
-                              std::uint8_t& flags) override;
+        std::uint8_t flags) override;
+    void GetMeasureParameters(
+        std::uint8_t* integration, std::uint8_t* lamp, std::uint8_t* count, std::uint8_t& flags) override;
     void WriteEEPROM(const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source,
-                     std::uint32_t count) override;
-    void ReadEEPROM(const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target,
-                    std::uint32_t count) override;
+        std::uint32_t count) override;
+    void ReadEEPROM(
+        const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target, std::uint32_t count) override;
     void WriteCPLD(const std::uint8_t* a, const std::uint8_t* b, const std::uint8_t* c) override;
     void ReadCPLD(std::uint8_t* word) override;
     void GetMISC(std::uint8_t& byte6, std::uint8_t* word0, std::uint8_t& byte7, std::uint8_t* word1,
-                 std::uint8_t* word2) override;
+        std::uint8_t* word2) override;
     void Reset(const std::uint8_t* code) override;
     std::uint8_t GetDeviceState(std::uint16_t stateId) override;
     void StartScan(std::uint32_t packetSize, std::uint32_t timeoutSeconds) override;
@@ -49,10 +49,10 @@ private:
 
     // Sends the request with the first `length` bytes of the payload buffer.
     void Command(std::uint8_t code, Direction direction, std::uint32_t length);
-    void ReadEEPROMBytes(const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target,
-                         std::uint32_t count);
-    void WriteEEPROMBytes(const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source,
-                          std::uint32_t count);
+    void ReadEEPROMBytes(
+        const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target, std::uint32_t count);
+    void WriteEEPROMBytes(
+        const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source, std::uint32_t count);
     std::uint8_t DeviceState(std::uint16_t stateId);
     static Utilities::String ResolveAddress(const Utilities::String& address);
 

@@ -66,7 +66,7 @@ bool PaviloLogStore::IsGood(const ConfigurationData& copy)
 {
     const DataMember* stored = copy.FindItem(ChecksumId);
     return stored != nullptr && stored->Integers().Size() == 1 &&
-           static_cast<std::uint32_t>(stored->Integers()[0]) == Checksum(copy);
+        static_cast<std::uint32_t>(stored->Integers()[0]) == Checksum(copy);
 }
 
 void PaviloLogStore::Load(ConfigurationData& log)
@@ -178,11 +178,11 @@ String PaviloLogStore::ResetAfterFailure(std::uint16_t code)
     return String();
 }
 
-void PaviloLogStore::RaiseLogError(std::uint16_t id, const char* copy, const Utilities::Exception& failure,
-                                   const String& resetNote)
+void PaviloLogStore::RaiseLogError(
+    std::uint16_t id, const char* copy, const Utilities::Exception& failure, const String& resetNote)
 {
-    throw ExceptionOutOfBound(String("Log Error (ID ") + String(static_cast<long>(id)) + String(copy) + resetNote +
-                              *failure.Text());
+    throw ExceptionOutOfBound(
+        String("Log Error (ID ") + String(static_cast<long>(id)) + String(copy) + resetNote + *failure.Text());
 }
 
 }

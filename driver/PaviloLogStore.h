@@ -39,8 +39,8 @@ private:
     void RepairFileSystem(ConfigurationData& log);
     // "[reset impossible] " when the reset fails as well, else nothing.
     Utilities::String ResetAfterFailure(std::uint16_t code);
-    [[noreturn]] void RaiseLogError(std::uint16_t id, const char* copy, const Utilities::Exception& failure,
-                                    const Utilities::String& resetNote);
+    [[noreturn]] void RaiseLogError(
+        std::uint16_t id, const char* copy, const Utilities::Exception& failure, const Utilities::String& resetNote);
 
     PaviloEEPROM& eeprom;
     PaviloFunctionality& functionality;

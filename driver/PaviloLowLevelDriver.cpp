@@ -25,8 +25,8 @@ using Utilities::Vector;
 
 namespace {
 
-Utilities::ComponentCreatorNormal<PaviloLowLevelDriver> creator("PaviloLowLevelDriver", "$Revision: 1.87 $",
-                                                                "HviInstrument");
+Utilities::ComponentCreatorNormal<PaviloLowLevelDriver> creator(
+    "PaviloLowLevelDriver", "$Revision: 1.87 $", "HviInstrument");
 
 enum ResetCode : std::uint16_t {
     ResetConditions = 1,
@@ -90,7 +90,7 @@ bool IsMiscItem(std::uint16_t id)
 bool IsMeasureParameter(std::uint16_t id)
 {
     return id == LampOff || id == LampTime || id == Gain || id == LampStaysOn || id == ReplacementCountFlag ||
-           id == IntegrationTime || id == Count;
+        id == IntegrationTime || id == Count;
 }
 
 // Item integers are signed 32-bit words.
@@ -313,8 +313,8 @@ void PaviloLowLevelDriver::WriteMeasureParameters(ConfigurationData& conditions)
     flags |= U32Of(conditions, LampOff) != 0 ? 2 : 0;
     flags |= U32Of(conditions, Gain) != 0 ? 4 : 0;
     flags |= U32Of(conditions, LampStaysOn) != 0 ? 8 : 0;
-    for (std::uint16_t id : {LampOff, LampTime, Gain, LampStaysOn, ReplacementCountFlag, IntegrationTime, Count,
-                             ReplacementCount}) {
+    for (std::uint16_t id :
+        {LampOff, LampTime, Gain, LampStaysOn, ReplacementCountFlag, IntegrationTime, Count, ReplacementCount}) {
         if (conditions.FindItem(id) != nullptr) {
             conditions.Mark(id, false);
         }
@@ -415,8 +415,8 @@ void PaviloLowLevelDriver::MeasureScan(SensorDataFifo& fifo, ConfigurationData& 
     }
 }
 
-std::uint32_t PaviloLowLevelDriver::DrainScan(SensorDataFifo& fifo, std::uint32_t count, std::uint32_t gain,
-                                              float integrationTime, std::uint32_t wrapThreshold)
+std::uint32_t PaviloLowLevelDriver::DrainScan(
+    SensorDataFifo& fifo, std::uint32_t count, std::uint32_t gain, float integrationTime, std::uint32_t wrapThreshold)
 {
     std::vector<std::uint8_t> buffer(static_cast<std::size_t>(count) * BlockSize);
     std::uint32_t packets = 0;
@@ -524,8 +524,8 @@ void PaviloLowLevelDriver::SetState(std::uint16_t id, long value)
         logData->Mark(CalibrationTime, true);
         break;
     case MeasurementsSinceCalibration:
-        logData->SetU32(MeasurementsAtCalibration,
-                        static_cast<std::uint32_t>(U32Of(*logData, LampMeasurements) + value));
+        logData->SetU32(
+            MeasurementsAtCalibration, static_cast<std::uint32_t>(U32Of(*logData, LampMeasurements) + value));
         logData->Mark(MeasurementsAtCalibration, true);
         break;
     case FilterState:
@@ -644,8 +644,7 @@ void PaviloLowLevelDriver::ResetIgnoringFailure(std::uint16_t code)
     }
 }
 
-void PaviloLowLevelDriver::RaiseAfterReset(std::uint16_t code, const char* prefix,
-                                           const Utilities::Exception& failure)
+void PaviloLowLevelDriver::RaiseAfterReset(std::uint16_t code, const char* prefix, const Utilities::Exception& failure)
 {
     ResetIgnoringFailure(code);
     throw ExceptionOutOfBound(Translated(prefix) + *failure.Text());

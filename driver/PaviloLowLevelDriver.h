@@ -72,7 +72,7 @@ private:
     void BookScan(float integrationTime, double lampSeconds);
     // The packets of a started scan into the FIFO, a row for each block; gives their number.
     std::uint32_t DrainScan(SensorDataFifo& fifo, std::uint32_t count, std::uint32_t gain, float integrationTime,
-                            std::uint32_t wrapThreshold);
+        std::uint32_t wrapThreshold);
     void WriteLog();
     void ResetIgnoringFailure(std::uint16_t code);
     [[noreturn]] void RaiseAfterReset(std::uint16_t code, const char* prefix, const Utilities::Exception& failure);

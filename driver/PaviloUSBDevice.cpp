@@ -112,11 +112,11 @@ private:
     std::size_t processing = blocks.size();
 };
 
-
 // Waits on the interrupt pipe from Open until Shutdown or the loss of the instrument.
 class PaviloUSBDevice::Listener : public Utilities::Thread {
 public:
-    Listener(PaviloUSBDevice& device, std::shared_ptr<UsbConnection> pipes) : device(device), pipes(std::move(pipes)) {}
+    Listener(PaviloUSBDevice& device, std::shared_ptr<UsbConnection> pipes)
+        : device(device), pipes(std::move(pipes)) { }
     ~Listener() override { Stop(0); }
 
     std::uint32_t Run() override { return device.Listen(pipes); }
@@ -131,7 +131,7 @@ private:
 // Tells the owner of one event, so that the listener never waits for the observers.
 class PaviloUSBDevice::Notifier : public Utilities::Thread {
 public:
-    Notifier(PaviloUSBDevice& device, long value) : device(device), value(value), finished(false) {}
+    Notifier(PaviloUSBDevice& device, long value) : device(device), value(value), finished(false) { }
     ~Notifier() override { Stop(0); }
 
     std::uint32_t Run() override
@@ -150,13 +150,8 @@ private:
 };
 
 PaviloUSBDevice::PaviloUSBDevice(PaviloFunctionalityByte* owner, const Utilities::String& address)
-    : address(address),
-      owner(owner),
-      deviceMutex(CleanPath(address)),
-      shutdownRequested(false),
-      open(false),
-      listening(false),
-      runningNotifiers(0)
+    : address(address), owner(owner), deviceMutex(CleanPath(address)), shutdownRequested(false), open(false),
+      listening(false), runningNotifiers(0)
 {
     if (!Open()) {
         throw Utilities::ExceptionOutOfBound("PaviloUSBDevice open failed !");
@@ -182,14 +177,15 @@ UsbPlatform& PaviloUSBDevice::Platform()
 Utilities::String PaviloUSBDevice::CleanPath(const Utilities::String& path)
 {
     std::string cleaned = path.ToStdString();
-    std::erase_if(cleaned, [](char c) { return c == '\\' || c == '?' || c == '#' || c == '&' || c == '{' || c == '}'; });
+    std::erase_if(
+        cleaned, [](char c) { return c == '\\' || c == '?' || c == '#' || c == '&' || c == '{' || c == '}'; });
     return Utilities::String(cleaned);
 }
 
 Utilities::String PaviloUSBDevice::PlatformErrorText(const UsbResult& result)
 {
     return Utilities::String(" (") + UsbResult::ErrorWord() + " Error (" +
-           Utilities::String(static_cast<unsigned long>(result.Error())) + ") : " + result.Text() + " )";
+        Utilities::String(static_cast<unsigned long>(result.Error())) + ") : " + result.Text() + " )";
 }
 
 bool PaviloUSBDevice::IsOpen()
@@ -468,8 +464,8 @@ std::uint32_t PaviloUSBDevice::CheckedBlock(const UsbResult& result, std::uint32
     return count;
 }
 
-void PaviloUSBDevice::PushPackets(ScanFifo& fifo, const std::uint8_t* block, std::uint32_t count,
-                                  std::uint32_t packetSize)
+void PaviloUSBDevice::PushPackets(
+    ScanFifo& fifo, const std::uint8_t* block, std::uint32_t count, std::uint32_t packetSize)
 {
     for (std::uint32_t offset = 0; offset + packetSize <= count; offset += packetSize) {
         if (!fifo.Push(block + offset, packetSize)) {

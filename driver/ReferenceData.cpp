@@ -2,9 +2,7 @@
 
 namespace DeviceDriver {
 
-ReferenceData::ReferenceData(const BasicData& data) : BasicData(data)
-{
-}
+ReferenceData::ReferenceData(const BasicData& data) : BasicData(data) { }
 
 ReferenceData& ReferenceData::operator=(const BasicData& data)
 {

@@ -172,8 +172,7 @@ void RemissionHandle::CalibrationSteps()
     BookCalibration(filter);
 }
 
-void RemissionHandle::AdaptAndMeasureWhiteAgain(Utilities::Vector<long>& darkRow, SensorData& sensor,
-                                                uint16_t& filter)
+void RemissionHandle::AdaptAndMeasureWhiteAgain(Utilities::Vector<long>& darkRow, SensorData& sensor, uint16_t& filter)
 {
     const float shortest = calculation->MinIntegrationTime();
     SetConditionFloat(ConditionItems::integrationTime, shortest);

@@ -13,9 +13,7 @@ constexpr long maxRawStart = -100000;
 
 }
 
-SensorData::SensorData() : raw(0)
-{
-}
+SensorData::SensorData() : raw(0) { }
 
 SensorData::~SensorData() = default;
 
@@ -95,7 +93,7 @@ void SensorData::MatrixMultiply(const Vector<long>& first, const Vector<long>& c
 }
 
 Vector<float> SensorData::Folded(const Vector<float>& pixels, const Vector<long>& first, const Vector<long>& count,
-                                 const Vector<float>& coefficients)
+    const Vector<float>& coefficients)
 {
     Vector<float> outputs(first.Size());
     unsigned long next = 0;

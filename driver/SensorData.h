@@ -32,7 +32,7 @@ public:
     // each with the next coefficient, the coefficients read on across the outputs. The current
     // row stays where it is.
     void MatrixMultiply(const Utilities::Vector<long>& first, const Utilities::Vector<long>& count,
-                        const Utilities::Vector<float>& coefficients);
+        const Utilities::Vector<float>& coefficients);
 
     // Over the live pixels, 1 to the last, of all raw rows; 0 without raw rows.
     long MaxRaw() const;
@@ -42,11 +42,10 @@ public:
     bool IsSaturated(long limit, uint16_t count) const;
 
 private:
-    static Utilities::Vector<float> Linearized(const Utilities::Vector<long>& pixels,
-                                               const Utilities::Vector<float>& polynomial);
+    static Utilities::Vector<float> Linearized(
+        const Utilities::Vector<long>& pixels, const Utilities::Vector<float>& polynomial);
     static Utilities::Vector<float> Folded(const Utilities::Vector<float>& pixels, const Utilities::Vector<long>& first,
-                                           const Utilities::Vector<long>& count,
-                                           const Utilities::Vector<float>& coefficients);
+        const Utilities::Vector<long>& count, const Utilities::Vector<float>& coefficients);
 
     Utilities::Vector<Utilities::Vector<long>> raw;
 };

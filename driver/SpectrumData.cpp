@@ -2,9 +2,7 @@
 
 namespace DeviceDriver {
 
-SpectrumData::SpectrumData(const BasicData& data) : BasicData(data)
-{
-}
+SpectrumData::SpectrumData(const BasicData& data) : BasicData(data) { }
 
 SpectrumData& SpectrumData::operator=(const BasicData& data)
 {

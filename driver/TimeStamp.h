@@ -14,7 +14,7 @@ class TimeStamp {
 public:
     TimeStamp();
     TimeStamp(uint16_t year, uint8_t month, uint8_t day, uint8_t hour, uint8_t minute, uint8_t second,
-              uint16_t milliseconds, uint32_t seconds);
+        uint16_t milliseconds, uint32_t seconds);
 
     uint16_t Year() const { return year; }
     uint8_t Month() const { return month; }

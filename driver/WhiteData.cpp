@@ -2,9 +2,7 @@
 
 namespace DeviceDriver {
 
-WhiteData::WhiteData(const BasicData& data) : BasicData(data)
-{
-}
+WhiteData::WhiteData(const BasicData& data) : BasicData(data) { }
 
 WhiteData& WhiteData::operator=(const BasicData& data)
 {

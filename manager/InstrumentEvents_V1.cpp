@@ -9,9 +9,7 @@ using Utilities::SmartPointer;
 using Utilities::String;
 
 InstrumentEvents_V1::InstrumentEvents_V1(const SmartPointer<InstrumentButtons_V1>& buttons)
-    : watching(false),
-      messages(Utilities::ResolveAs<GUI::MessageService>("MessageService")),
-      pace(String()),
+    : watching(false), messages(Utilities::ResolveAs<GUI::MessageService>("MessageService")), pace(String()),
       buttons(buttons)
 {
     // Held by this thread for ever, so that the loop's wait on it is a pause.

@@ -14,19 +14,19 @@
 namespace OrbelSim {
 
 struct CommandReply {
-  bool ok = false;
-  std::string text;
+    bool ok = false;
+    std::string text;
 };
 
 class CommandChannel {
 public:
-  static std::string EncodeCommand(const std::vector<std::string>& words);
-  static std::vector<std::string> DecodeCommand(const std::string& line);
-  static std::string EncodeReply(const CommandReply& reply);
-  static CommandReply DecodeReply(const std::string& text);
-  // Sends one command and waits for the connection to close. Raises std::runtime_error when nothing
-  // listens at the path.
-  static CommandReply Send(const std::string& controlSocket, const std::vector<std::string>& words);
+    static std::string EncodeCommand(const std::vector<std::string>& words);
+    static std::vector<std::string> DecodeCommand(const std::string& line);
+    static std::string EncodeReply(const CommandReply& reply);
+    static CommandReply DecodeReply(const std::string& text);
+    // Sends one command and waits for the connection to close. Raises std::runtime_error when nothing
+    // listens at the path.
+    static CommandReply Send(const std::string& controlSocket, const std::vector<std::string>& words);
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -30,13 +30,13 @@ const char* const kUsage =
     "The time scale multiplies every duration of the instrument: 0.01 runs a hundred times faster.\n";
 
 struct UsageError : std::invalid_argument {
-  using std::invalid_argument::invalid_argument;
+    using std::invalid_argument::invalid_argument;
 };
 
 struct Arguments {
-  std::string command;
-  std::vector<std::string> positional;
-  std::map<std::string, std::string> options;
+    std::string command;
+    std::vector<std::string> positional;
+    std::map<std::string, std::string> options;
 };
 
 constexpr int kStopWaitMs = 5000;
@@ -58,217 +58,217 @@ const std::map<std::string, std::pair<std::size_t, std::set<std::string>>> kComm
 
 Arguments Parse(const std::vector<std::string>& args)
 {
-  Arguments parsed;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    const std::string& arg = args[i];
-    if (kValueOptions.count(arg)) {
-      if (i + 1 >= args.size()) {
-        throw UsageError("option " + arg + " needs a value");
-      }
-      parsed.options[arg] = args[++i];
-    } else if (kFlagOptions.count(arg)) {
-      parsed.options[arg] = "";
-    } else if (arg.rfind("--", 0) == 0) {
-      throw UsageError("unknown option " + arg);
-    } else if (parsed.command.empty()) {
-      parsed.command = arg;
-    } else {
-      parsed.positional.push_back(arg);
+    Arguments parsed;
+    for (std::size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (kValueOptions.count(arg)) {
+            if (i + 1 >= args.size()) {
+                throw UsageError("option " + arg + " needs a value");
+            }
+            parsed.options[arg] = args[++i];
+        } else if (kFlagOptions.count(arg)) {
+            parsed.options[arg] = "";
+        } else if (arg.rfind("--", 0) == 0) {
+            throw UsageError("unknown option " + arg);
+        } else if (parsed.command.empty()) {
+            parsed.command = arg;
+        } else {
+            parsed.positional.push_back(arg);
+        }
     }
-  }
-  const auto command = kCommands.find(parsed.command);
-  if (command == kCommands.end()) {
-    throw UsageError(parsed.command.empty() ? "no command given" : "unknown command '" + parsed.command + "'");
-  }
-  if (parsed.positional.size() != command->second.first) {
-    throw UsageError("command '" + parsed.command + "' takes " + std::to_string(command->second.first) + " argument(s)");
-  }
-  for (const auto& [option, value] : parsed.options) {
-    if (!command->second.second.count(option)) {
-      throw UsageError("option " + option + " doesn't apply to '" + parsed.command + "'");
+    const auto command = kCommands.find(parsed.command);
+    if (command == kCommands.end()) {
+        throw UsageError(parsed.command.empty() ? "no command given" : "unknown command '" + parsed.command + "'");
     }
-  }
-  return parsed;
+    if (parsed.positional.size() != command->second.first) {
+        throw UsageError(
+            "command '" + parsed.command + "' takes " + std::to_string(command->second.first) + " argument(s)");
+    }
+    for (const auto& [option, value] : parsed.options) {
+        if (!command->second.second.count(option)) {
+            throw UsageError("option " + option + " doesn't apply to '" + parsed.command + "'");
+        }
+    }
+    return parsed;
 }
 
 std::uint32_t ParseSerial(const Arguments& arguments)
 {
-  const auto found = arguments.options.find("--serial");
-  if (found == arguments.options.end()) {
-    return CommandLine::kDefaultSerial;
-  }
-  const std::string& text = found->second;
-  std::size_t used = 0;
-  unsigned long long value = 0;
-  try {
-    value = std::stoull(text, &used);
-  } catch (const std::exception&) {
-    used = 0;
-  }
-  if (used == 0 || used != text.size() || text[0] == '-' || value == 0 || value > 0xFFFFFFFFull) {
-    throw UsageError("the serial number must be a whole number from 1 to 4294967295, not '" + text + "'");
-  }
-  return static_cast<std::uint32_t>(value);
+    const auto found = arguments.options.find("--serial");
+    if (found == arguments.options.end()) {
+        return CommandLine::kDefaultSerial;
+    }
+    const std::string& text = found->second;
+    std::size_t used = 0;
+    unsigned long long value = 0;
+    try {
+        value = std::stoull(text, &used);
+    } catch (const std::exception&) {
+        used = 0;
+    }
+    if (used == 0 || used != text.size() || text[0] == '-' || value == 0 || value > 0xFFFFFFFFull) {
+        throw UsageError("the serial number must be a whole number from 1 to 4294967295, not '" + text + "'");
+    }
+    return static_cast<std::uint32_t>(value);
 }
 
 double ParseTimeScale(const Arguments& arguments)
 {
-  const auto found = arguments.options.find("--time-scale");
-  if (found == arguments.options.end()) {
-    return 1.0;
-  }
-  std::size_t used = 0;
-  double value = -1.0;
-  try {
-    value = std::stod(found->second, &used);
-  } catch (const std::exception&) {
-    used = 0;
-  }
-  if (used == 0 || used != found->second.size() || !(value >= 0.0 && value <= 1000.0)) {
-    throw UsageError("the time scale must be a number from 0 to 1000, not '" + found->second + "'");
-  }
-  return value;
+    const auto found = arguments.options.find("--time-scale");
+    if (found == arguments.options.end()) {
+        return 1.0;
+    }
+    std::size_t used = 0;
+    double value = -1.0;
+    try {
+        value = std::stod(found->second, &used);
+    } catch (const std::exception&) {
+        used = 0;
+    }
+    if (used == 0 || used != found->second.size() || !(value >= 0.0 && value <= 1000.0)) {
+        throw UsageError("the time scale must be a number from 0 to 1000, not '" + found->second + "'");
+    }
+    return value;
 }
 
 bool ParseNoise(const Arguments& arguments)
 {
-  const auto found = arguments.options.find("--noise");
-  if (found == arguments.options.end() || found->second == "on") {
-    return true;
-  }
-  if (found->second == "off") {
-    return false;
-  }
-  throw UsageError("--noise takes on or off, not '" + found->second + "'");
+    const auto found = arguments.options.find("--noise");
+    if (found == arguments.options.end() || found->second == "on") {
+        return true;
+    }
+    if (found->second == "off") {
+        return false;
+    }
+    throw UsageError("--noise takes on or off, not '" + found->second + "'");
 }
 
 std::string Absolute(const std::string& path)
 {
-  return std::filesystem::absolute(path).string();
+    return std::filesystem::absolute(path).string();
 }
 
 // Files are read by the running instrument, whose working directory is another.
 std::string WithAbsoluteFile(const std::string& spec)
 {
-  for (const std::string prefix : {"reflectance:", "emission:"}) {
-    if (spec.rfind(prefix, 0) == 0 && spec.size() > prefix.size()) {
-      return prefix + Absolute(spec.substr(prefix.size()));
+    for (const std::string prefix : {"reflectance:", "emission:"}) {
+        if (spec.rfind(prefix, 0) == 0 && spec.size() > prefix.size()) {
+            return prefix + Absolute(spec.substr(prefix.size()));
+        }
     }
-  }
-  return spec;
+    return spec;
 }
 
 std::string StripSpec(const std::string& spec)
 {
-  return spec.rfind("builtin:", 0) == 0 || spec.empty() ? spec : Absolute(spec);
+    return spec.rfind("builtin:", 0) == 0 || spec.empty() ? spec : Absolute(spec);
 }
 
 std::vector<std::string> CommandWords(const Arguments& arguments)
 {
-  if (arguments.command == "place") {
-    return {"place", WithAbsoluteFile(arguments.positional[0])};
-  }
-  if (arguments.command == "strip") {
-    const auto speed = arguments.options.find("--speed");
-    return {"strip", StripSpec(arguments.positional[0]), speed == arguments.options.end() ? "80" : speed->second};
-  }
-  if (arguments.command == "fault") {
-    const auto count = arguments.options.find("--count");
-    return {"fault", arguments.positional[0], count == arguments.options.end() ? "1" : count->second};
-  }
-  return {arguments.command};
+    if (arguments.command == "place") {
+        return {"place", WithAbsoluteFile(arguments.positional[0])};
+    }
+    if (arguments.command == "strip") {
+        const auto speed = arguments.options.find("--speed");
+        return {"strip", StripSpec(arguments.positional[0]), speed == arguments.options.end() ? "80" : speed->second};
+    }
+    if (arguments.command == "fault") {
+        const auto count = arguments.options.find("--count");
+        return {"fault", arguments.positional[0], count == arguments.options.end() ? "1" : count->second};
+    }
+    return {arguments.command};
 }
 
 bool Answers(const std::string& controlSocket)
 {
-  try {
-    CommandChannel::Send(controlSocket, {"status"});
-    return true;
-  } catch (const std::runtime_error&) {
-    return false;
-  }
+    try {
+        CommandChannel::Send(controlSocket, {"status"});
+        return true;
+    } catch (const std::runtime_error&) {
+        return false;
+    }
 }
 
 int Start(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
-  InstrumentOptions options;
-  options.serial = ParseSerial(arguments);
-  options.uvCut = arguments.options.count("--uv-cut") > 0;
-  options.noise = ParseNoise(arguments);
-  options.timeScale = ParseTimeScale(arguments);
-  if (const auto file = arguments.options.find("--eeprom"); file != arguments.options.end()) {
-    options.eepromFile = Absolute(file->second);
-    options.eepromImage = Eeprom::LoadFile(options.eepromFile);
-  }
-  const bool verbose = arguments.options.count("--verbose") > 0;
-  const std::string directory = SimDirectory::Resolve();
-  SimDirectory::Ensure(directory);
-  const std::string control = SimDirectory::ControlSocket(directory, options.serial);
-  if (SimDirectory::Exists(control) && Answers(control)) {
-    err << "orbel-sim: an instrument with serial " << options.serial << " runs already (sim:" << options.serial << ")\n";
-    return 1;
-  }
-  SimDirectory::Remove(control);
-  SimDirectory::Remove(SimDirectory::DeviceSocket(directory, options.serial));
-  SimLog::SetVerbose(verbose);
-  if (arguments.options.count("--foreground")) {
-    return InstrumentService::Run(options, directory, [&](bool ok, const std::string& text) {
-      (ok ? out : err) << (ok ? "" : "orbel-sim: ") << text << std::endl;
-    });
-  }
-  std::string message;
-  const bool started = Daemon::Detach(verbose ? SimDirectory::LogFile(directory, options.serial) : "",
-                                      [&](const Daemon::ReadySignal& ready) {
-                                        return InstrumentService::Run(options, directory, ready);
-                                      },
-                                      message);
-  (started ? out : err) << (started ? "" : "orbel-sim: ") << message << "\n";
-  return started ? 0 : 1;
+    InstrumentOptions options;
+    options.serial = ParseSerial(arguments);
+    options.uvCut = arguments.options.count("--uv-cut") > 0;
+    options.noise = ParseNoise(arguments);
+    options.timeScale = ParseTimeScale(arguments);
+    if (const auto file = arguments.options.find("--eeprom"); file != arguments.options.end()) {
+        options.eepromFile = Absolute(file->second);
+        options.eepromImage = Eeprom::LoadFile(options.eepromFile);
+    }
+    const bool verbose = arguments.options.count("--verbose") > 0;
+    const std::string directory = SimDirectory::Resolve();
+    SimDirectory::Ensure(directory);
+    const std::string control = SimDirectory::ControlSocket(directory, options.serial);
+    if (SimDirectory::Exists(control) && Answers(control)) {
+        err << "orbel-sim: an instrument with serial " << options.serial << " runs already (sim:" << options.serial
+            << ")\n";
+        return 1;
+    }
+    SimDirectory::Remove(control);
+    SimDirectory::Remove(SimDirectory::DeviceSocket(directory, options.serial));
+    SimLog::SetVerbose(verbose);
+    if (arguments.options.count("--foreground")) {
+        return InstrumentService::Run(options, directory, [&](bool ok, const std::string& text) {
+            (ok ? out : err) << (ok ? "" : "orbel-sim: ") << text << std::endl;
+        });
+    }
+    std::string message;
+    const bool started = Daemon::Detach(
+        verbose ? SimDirectory::LogFile(directory, options.serial) : "",
+        [&](const Daemon::ReadySignal& ready) { return InstrumentService::Run(options, directory, ready); }, message);
+    (started ? out : err) << (started ? "" : "orbel-sim: ") << message << "\n";
+    return started ? 0 : 1;
 }
 
 int Command(const Arguments& arguments, std::ostream& out, std::ostream& err)
 {
-  const std::uint32_t serial = ParseSerial(arguments);
-  const std::vector<std::string> words = CommandWords(arguments);
-  const std::string control = SimDirectory::ControlSocket(SimDirectory::Resolve(), serial);
-  CommandReply reply;
-  try {
-    reply = CommandChannel::Send(control, words);
-  } catch (const std::runtime_error&) {
-    err << "orbel-sim: no instrument with serial " << serial << " is running\n";
-    return 1;
-  }
-  if (!reply.ok) {
-    err << "orbel-sim: " << reply.text << "\n";
-    return 1;
-  }
-  if (arguments.command == "stop") {
-    return Daemon::WaitForExit(std::stol(reply.text), kStopWaitMs) ? 0 : 1;
-  }
-  if (!reply.text.empty()) {
-    out << reply.text << "\n";
-  }
-  return 0;
+    const std::uint32_t serial = ParseSerial(arguments);
+    const std::vector<std::string> words = CommandWords(arguments);
+    const std::string control = SimDirectory::ControlSocket(SimDirectory::Resolve(), serial);
+    CommandReply reply;
+    try {
+        reply = CommandChannel::Send(control, words);
+    } catch (const std::runtime_error&) {
+        err << "orbel-sim: no instrument with serial " << serial << " is running\n";
+        return 1;
+    }
+    if (!reply.ok) {
+        err << "orbel-sim: " << reply.text << "\n";
+        return 1;
+    }
+    if (arguments.command == "stop") {
+        return Daemon::WaitForExit(std::stol(reply.text), kStopWaitMs) ? 0 : 1;
+    }
+    if (!reply.text.empty()) {
+        out << reply.text << "\n";
+    }
+    return 0;
 }
 
-}  // namespace
+} // namespace
 
 int CommandLine::Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err)
 {
-  if (args.size() == 1 && (args[0] == "--help" || args[0] == "help")) {
-    out << kUsage;
-    return 0;
-  }
-  try {
-    const Arguments arguments = Parse(args);
-    return arguments.command == "start" ? Start(arguments, out, err) : Command(arguments, out, err);
-  } catch (const UsageError& error) {
-    err << "orbel-sim: " << error.what() << "\n" << kUsage;
-    return 2;
-  } catch (const std::exception& error) {
-    err << "orbel-sim: " << error.what() << "\n";
-    return 1;
-  }
+    if (args.size() == 1 && (args[0] == "--help" || args[0] == "help")) {
+        out << kUsage;
+        return 0;
+    }
+    try {
+        const Arguments arguments = Parse(args);
+        return arguments.command == "start" ? Start(arguments, out, err) : Command(arguments, out, err);
+    } catch (const UsageError& error) {
+        err << "orbel-sim: " << error.what() << "\n" << kUsage;
+        return 2;
+    } catch (const std::exception& error) {
+        err << "orbel-sim: " << error.what() << "\n";
+        return 1;
+    }
 }
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

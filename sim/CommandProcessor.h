@@ -12,16 +12,16 @@ namespace OrbelSim {
 
 class CommandProcessor {
 public:
-  CommandProcessor(Instrument& instrument, long processId);
+    CommandProcessor(Instrument& instrument, long processId);
 
-  CommandReply Execute(const std::vector<std::string>& words);
+    CommandReply Execute(const std::vector<std::string>& words);
 
 private:
-  static unsigned ParseCount(const std::string& text);
-  static double ParseSpeed(const std::string& text);
+    static unsigned ParseCount(const std::string& text);
+    static double ParseSpeed(const std::string& text);
 
-  Instrument& instrument_;
-  long processId_;
+    Instrument& instrument_;
+    long processId_;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -8,255 +8,268 @@ namespace {
 
 const char* StatusName(TransferStatus status)
 {
-  switch (status) {
-    case TransferStatus::Ok: return "ok";
-    case TransferStatus::Stall: return "stall";
-    case TransferStatus::Timeout: return "timeout";
-    case TransferStatus::Short: return "short";
-    case TransferStatus::NoDevice: return "no device";
-    case TransferStatus::Cancelled: return "cancelled";
-  }
-  return "?";
+    switch (status) {
+    case TransferStatus::Ok:
+        return "ok";
+    case TransferStatus::Stall:
+        return "stall";
+    case TransferStatus::Timeout:
+        return "timeout";
+    case TransferStatus::Short:
+        return "short";
+    case TransferStatus::NoDevice:
+        return "no device";
+    case TransferStatus::Cancelled:
+        return "cancelled";
+    }
+    return "?";
 }
 
 std::string Describe(const RequestHeader& header, const std::vector<std::uint8_t>& body)
 {
-  switch (static_cast<TransferKind>(header.kind)) {
+    switch (static_cast<TransferKind>(header.kind)) {
     case TransferKind::Control:
-      return "control " + (body.size() > 4 ? "request " + std::to_string(body[4]) + " " : std::string()) + "length " +
-             std::to_string(header.transferLength);
-    case TransferKind::BulkRead: return "bulk read " + std::to_string(header.transferLength);
-    case TransferKind::BulkWrite: return "bulk write " + std::to_string(header.transferLength);
-    case TransferKind::InterruptRead: return "interrupt read";
-    case TransferKind::Cancel: return "cancel";
-    case TransferKind::CancelBulkReads: return "cancel bulk reads";
-  }
-  return "kind " + std::to_string(header.kind);
+        return "control " + (body.size() > 4 ? "request " + std::to_string(body[4]) + " " : std::string()) + "length " +
+            std::to_string(header.transferLength);
+    case TransferKind::BulkRead:
+        return "bulk read " + std::to_string(header.transferLength);
+    case TransferKind::BulkWrite:
+        return "bulk write " + std::to_string(header.transferLength);
+    case TransferKind::InterruptRead:
+        return "interrupt read";
+    case TransferKind::Cancel:
+        return "cancel";
+    case TransferKind::CancelBulkReads:
+        return "cancel bulk reads";
+    }
+    return "kind " + std::to_string(header.kind);
 }
 
-}  // namespace
+} // namespace
 
 DeviceConnection::DeviceConnection(Instrument& instrument, UnixSocket socket, std::uint32_t id)
     : instrument_(instrument), socket_(std::move(socket)), id_(id)
 {
-  SimLog::Write("connection " + std::to_string(id_) + " opened");
-  worker_ = std::thread([this] { WorkLoop(); });
-  reader_ = std::thread([this] { ReadLoop(); });
+    SimLog::Write("connection " + std::to_string(id_) + " opened");
+    worker_ = std::thread([this] { WorkLoop(); });
+    reader_ = std::thread([this] { ReadLoop(); });
 }
 
 DeviceConnection::~DeviceConnection()
 {
-  EndReading();
-  reader_.join();
+    EndReading();
+    reader_.join();
 }
 
 void DeviceConnection::EndReading()
 {
-  socket_.ShutdownRead();
+    socket_.ShutdownRead();
 }
 
 bool DeviceConnection::ReadRequest(Request& request)
 {
-  std::uint8_t header[WireFrame::kRequestHeaderSize];
-  if (!socket_.ReadExact(header, sizeof header)) {
-    return false;
-  }
-  const auto decoded = WireFrame::DecodeRequestHeader(header);
-  if (!decoded) {
-    Stall(RequestHeader{header[5], 0, 0, 0, 0}, "malformed frame: wrong magic, version or body length; closing");
-    return false;
-  }
-  request.header = *decoded;
-  request.body.resize(decoded->bodyLength);
-  return request.body.empty() || socket_.ReadExact(request.body.data(), request.body.size());
+    std::uint8_t header[WireFrame::kRequestHeaderSize];
+    if (!socket_.ReadExact(header, sizeof header)) {
+        return false;
+    }
+    const auto decoded = WireFrame::DecodeRequestHeader(header);
+    if (!decoded) {
+        Stall(RequestHeader{header[5], 0, 0, 0, 0}, "malformed frame: wrong magic, version or body length; closing");
+        return false;
+    }
+    request.header = *decoded;
+    request.body.resize(decoded->bodyLength);
+    return request.body.empty() || socket_.ReadExact(request.body.data(), request.body.size());
 }
 
 void DeviceConnection::ReadLoop()
 {
-  Request request;
-  while (ReadRequest(request)) {
-    Dispatch(std::move(request));
-    request = Request{};
-  }
-  Teardown();
+    Request request;
+    while (ReadRequest(request)) {
+        Dispatch(std::move(request));
+        request = Request{};
+    }
+    Teardown();
 }
 
 void DeviceConnection::Dispatch(Request request)
 {
-  const RequestHeader& header = request.header;
-  const std::size_t bodySize = request.body.size();
-  switch (static_cast<TransferKind>(header.kind)) {
+    const RequestHeader& header = request.header;
+    const std::size_t bodySize = request.body.size();
+    switch (static_cast<TransferKind>(header.kind)) {
     case TransferKind::InterruptRead:
-      if (bodySize != 0) {
-        return Stall(header, "interrupt read with a body");
-      }
-      return StartInterruptRead(header.requestId);
+        if (bodySize != 0) {
+            return Stall(header, "interrupt read with a body");
+        }
+        return StartInterruptRead(header.requestId);
     case TransferKind::Cancel:
-      return CancelInterruptRead(header);
+        return CancelInterruptRead(header);
     case TransferKind::CancelBulkReads:
-      return CancelBulkReads(header);
+        return CancelBulkReads(header);
     case TransferKind::Control: {
-      const bool out = bodySize > 0 && request.body[0] == 0;
-      const std::size_t expected = WireFrame::kControlRequestSize + (out ? header.transferLength : 0);
-      if (bodySize < WireFrame::kControlRequestSize || bodySize != expected) {
-        return Stall(header, "control frame whose body doesn't match its length");
-      }
-      break;
+        const bool out = bodySize > 0 && request.body[0] == 0;
+        const std::size_t expected = WireFrame::kControlRequestSize + (out ? header.transferLength : 0);
+        if (bodySize < WireFrame::kControlRequestSize || bodySize != expected) {
+            return Stall(header, "control frame whose body doesn't match its length");
+        }
+        break;
     }
     case TransferKind::BulkRead:
-      if (bodySize != 0) {
-        return Stall(header, "bulk read with a body");
-      }
-      break;
+        if (bodySize != 0) {
+            return Stall(header, "bulk read with a body");
+        }
+        break;
     case TransferKind::BulkWrite:
-      if (bodySize != header.transferLength) {
-        return Stall(header, "bulk write whose body doesn't match its length");
-      }
-      break;
+        if (bodySize != header.transferLength) {
+            return Stall(header, "bulk write whose body doesn't match its length");
+        }
+        break;
     default:
-      return Stall(header, "unknown transfer kind " + std::to_string(header.kind));
-  }
-  std::lock_guard<std::mutex> lock(queueMutex_);
-  if (static_cast<TransferKind>(header.kind) == TransferKind::BulkRead) {
-    unansweredBulkReads_.insert(header.requestId);
-  }
-  queue_.push_back(std::move(request));
-  queued_.notify_one();
+        return Stall(header, "unknown transfer kind " + std::to_string(header.kind));
+    }
+    std::lock_guard<std::mutex> lock(queueMutex_);
+    if (static_cast<TransferKind>(header.kind) == TransferKind::BulkRead) {
+        unansweredBulkReads_.insert(header.requestId);
+    }
+    queue_.push_back(std::move(request));
+    queued_.notify_one();
 }
 
 void DeviceConnection::WorkLoop()
 {
-  while (true) {
-    Request request;
-    {
-      std::unique_lock<std::mutex> lock(queueMutex_);
-      queued_.wait(lock, [this] { return closing_ || !queue_.empty(); });
-      if (queue_.empty()) {
-        return;
-      }
-      request = std::move(queue_.front());
-      queue_.pop_front();
+    while (true) {
+        Request request;
+        {
+            std::unique_lock<std::mutex> lock(queueMutex_);
+            queued_.wait(lock, [this] { return closing_ || !queue_.empty(); });
+            if (queue_.empty()) {
+                return;
+            }
+            request = std::move(queue_.front());
+            queue_.pop_front();
+        }
+        ServeQueued(request);
     }
-    ServeQueued(request);
-  }
 }
 
 void DeviceConnection::ServeQueued(const Request& request)
 {
-  if (SimLog::Verbose()) {
-    SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.header.requestId) + ": " +
-                  Describe(request.header, request.body));
-  }
-  const TransferResult result = Serve(request);
-  {
-    std::lock_guard<std::mutex> lock(queueMutex_);
-    unansweredBulkReads_.erase(request.header.requestId);
-  }
-  Answer(request.header, result);
+    if (SimLog::Verbose()) {
+        SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.header.requestId) +
+            ": " + Describe(request.header, request.body));
+    }
+    const TransferResult result = Serve(request);
+    {
+        std::lock_guard<std::mutex> lock(queueMutex_);
+        unansweredBulkReads_.erase(request.header.requestId);
+    }
+    Answer(request.header, result);
 }
 
 TransferResult DeviceConnection::Serve(const Request& request)
 {
-  const RequestHeader& header = request.header;
-  switch (static_cast<TransferKind>(header.kind)) {
+    const RequestHeader& header = request.header;
+    switch (static_cast<TransferKind>(header.kind)) {
     case TransferKind::Control: {
-      const std::vector<std::uint8_t> setup(request.body.begin(), request.body.begin() + WireFrame::kControlRequestSize);
-      const std::vector<std::uint8_t> payload(request.body.begin() + WireFrame::kControlRequestSize, request.body.end());
-      return instrument_.Control(id_, setup, payload, header.transferLength);
+        const std::vector<std::uint8_t> setup(
+            request.body.begin(), request.body.begin() + WireFrame::kControlRequestSize);
+        const std::vector<std::uint8_t> payload(
+            request.body.begin() + WireFrame::kControlRequestSize, request.body.end());
+        return instrument_.Control(id_, setup, payload, header.transferLength);
     }
     case TransferKind::BulkRead:
-      return instrument_.BulkRead(id_, header.transferLength, header.timeoutMs, header.requestId);
+        return instrument_.BulkRead(id_, header.transferLength, header.timeoutMs, header.requestId);
     default:
-      return instrument_.BulkWrite(id_, request.body);
-  }
+        return instrument_.BulkWrite(id_, request.body);
+    }
 }
 
 void DeviceConnection::StartInterruptRead(std::uint32_t requestId)
 {
-  const RequestHeader header{static_cast<std::uint8_t>(TransferKind::InterruptRead), requestId, 0, 0, 0};
-  {
-    std::lock_guard<std::mutex> lock(queueMutex_);
-    if (interruptOutstanding_) {
-      return Stall(header, "an interrupt read is outstanding already");
-    }
-    interruptOutstanding_ = requestId;
-  }
-  if (interruptThread_.joinable()) {
-    interruptThread_.join();
-  }
-  interruptThread_ = std::thread([this, header] {
-    const TransferResult result = instrument_.InterruptRead(id_, header.requestId);
+    const RequestHeader header{static_cast<std::uint8_t>(TransferKind::InterruptRead), requestId, 0, 0, 0};
     {
-      std::lock_guard<std::mutex> lock(queueMutex_);
-      interruptOutstanding_.reset();
+        std::lock_guard<std::mutex> lock(queueMutex_);
+        if (interruptOutstanding_) {
+            return Stall(header, "an interrupt read is outstanding already");
+        }
+        interruptOutstanding_ = requestId;
     }
-    Answer(header, result);
-  });
+    if (interruptThread_.joinable()) {
+        interruptThread_.join();
+    }
+    interruptThread_ = std::thread([this, header] {
+        const TransferResult result = instrument_.InterruptRead(id_, header.requestId);
+        {
+            std::lock_guard<std::mutex> lock(queueMutex_);
+            interruptOutstanding_.reset();
+        }
+        Answer(header, result);
+    });
 }
 
 // The instrument is told which read to end: its thread may not have begun to wait yet.
 void DeviceConnection::CancelInterruptRead(const RequestHeader& header)
 {
-  {
-    std::lock_guard<std::mutex> lock(queueMutex_);
-    if (interruptOutstanding_) {
-      instrument_.CancelInterrupt(id_, *interruptOutstanding_);
+    {
+        std::lock_guard<std::mutex> lock(queueMutex_);
+        if (interruptOutstanding_) {
+            instrument_.CancelInterrupt(id_, *interruptOutstanding_);
+        }
     }
-  }
-  Answer(header, {});
+    Answer(header, {});
 }
 
 // Reads still waiting their turn are served later, and end at once as cancelled.
 void DeviceConnection::CancelBulkReads(const RequestHeader& header)
 {
-  {
-    std::lock_guard<std::mutex> lock(queueMutex_);
-    if (!unansweredBulkReads_.empty()) {
-      instrument_.CancelBulkReads(id_, {unansweredBulkReads_.begin(), unansweredBulkReads_.end()});
+    {
+        std::lock_guard<std::mutex> lock(queueMutex_);
+        if (!unansweredBulkReads_.empty()) {
+            instrument_.CancelBulkReads(id_, {unansweredBulkReads_.begin(), unansweredBulkReads_.end()});
+        }
     }
-  }
-  Answer(header, {});
+    Answer(header, {});
 }
 
 void DeviceConnection::Stall(const RequestHeader& request, const std::string& note)
 {
-  Answer(request, {TransferStatus::Stall, {}, note});
+    Answer(request, {TransferStatus::Stall, {}, note});
 }
 
 void DeviceConnection::Answer(const RequestHeader& request, const TransferResult& result)
 {
-  if (SimLog::Verbose()) {
-    SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.requestId) + ": " +
-                  Describe(request, {}) + " -> " + StatusName(result.status) + " " + std::to_string(result.data.size()) +
-                  " bytes" + (result.note.empty() ? "" : " (" + result.note + ")"));
-  }
-  const std::vector<std::uint8_t> frame =
-      WireFrame::EncodeAnswer({request.kind, result.status, request.requestId, 0}, result.data);
-  std::lock_guard<std::mutex> lock(writeMutex_);
-  socket_.WriteAll(frame.data(), frame.size());
-  if (result.status == TransferStatus::NoDevice) {
-    socket_.ShutdownBoth();
-  }
+    if (SimLog::Verbose()) {
+        SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.requestId) + ": " +
+            Describe(request, {}) + " -> " + StatusName(result.status) + " " + std::to_string(result.data.size()) +
+            " bytes" + (result.note.empty() ? "" : " (" + result.note + ")"));
+    }
+    const std::vector<std::uint8_t> frame =
+        WireFrame::EncodeAnswer({request.kind, result.status, request.requestId, 0}, result.data);
+    std::lock_guard<std::mutex> lock(writeMutex_);
+    socket_.WriteAll(frame.data(), frame.size());
+    if (result.status == TransferStatus::NoDevice) {
+        socket_.ShutdownBoth();
+    }
 }
 
 void DeviceConnection::Teardown()
 {
-  instrument_.Disconnect(id_);
-  {
-    std::lock_guard<std::mutex> lock(queueMutex_);
-    closing_ = true;
-    queued_.notify_all();
-  }
-  worker_.join();
-  if (interruptThread_.joinable()) {
-    interruptThread_.join();
-  }
-  {
-    std::lock_guard<std::mutex> lock(writeMutex_);
-    socket_.ShutdownBoth();
-  }
-  SimLog::Write("connection " + std::to_string(id_) + " closed");
-  finished_ = true;
+    instrument_.Disconnect(id_);
+    {
+        std::lock_guard<std::mutex> lock(queueMutex_);
+        closing_ = true;
+        queued_.notify_all();
+    }
+    worker_.join();
+    if (interruptThread_.joinable()) {
+        interruptThread_.join();
+    }
+    {
+        std::lock_guard<std::mutex> lock(writeMutex_);
+        socket_.ShutdownBoth();
+    }
+    SimLog::Write("connection " + std::to_string(id_) + " closed");
+    finished_ = true;
 }
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

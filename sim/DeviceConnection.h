@@ -20,51 +20,51 @@ namespace OrbelSim {
 
 class DeviceConnection {
 public:
-  DeviceConnection(Instrument& instrument, UnixSocket socket, std::uint32_t id);
-  ~DeviceConnection();
-  DeviceConnection(const DeviceConnection&) = delete;
-  DeviceConnection& operator=(const DeviceConnection&) = delete;
+    DeviceConnection(Instrument& instrument, UnixSocket socket, std::uint32_t id);
+    ~DeviceConnection();
+    DeviceConnection(const DeviceConnection&) = delete;
+    DeviceConnection& operator=(const DeviceConnection&) = delete;
 
-  // Ends the connection from the instrument's side; pending answers still go out.
-  void EndReading();
-  bool Finished() const { return finished_; }
+    // Ends the connection from the instrument's side; pending answers still go out.
+    void EndReading();
+    bool Finished() const { return finished_; }
 
 private:
-  struct Request {
-    RequestHeader header;
-    std::vector<std::uint8_t> body;
-  };
+    struct Request {
+        RequestHeader header;
+        std::vector<std::uint8_t> body;
+    };
 
-  void ReadLoop();
-  bool ReadRequest(Request& request);
-  void Dispatch(Request request);
-  void WorkLoop();
-  TransferResult Serve(const Request& request);
-  void StartInterruptRead(std::uint32_t requestId);
-  void CancelInterruptRead(const RequestHeader& header);
-  void CancelBulkReads(const RequestHeader& header);
-  void ServeQueued(const Request& request);
-  void Answer(const RequestHeader& request, const TransferResult& result);
-  void Stall(const RequestHeader& request, const std::string& note);
-  void Teardown();
+    void ReadLoop();
+    bool ReadRequest(Request& request);
+    void Dispatch(Request request);
+    void WorkLoop();
+    TransferResult Serve(const Request& request);
+    void StartInterruptRead(std::uint32_t requestId);
+    void CancelInterruptRead(const RequestHeader& header);
+    void CancelBulkReads(const RequestHeader& header);
+    void ServeQueued(const Request& request);
+    void Answer(const RequestHeader& request, const TransferResult& result);
+    void Stall(const RequestHeader& request, const std::string& note);
+    void Teardown();
 
-  Instrument& instrument_;
-  UnixSocket socket_;
-  const std::uint32_t id_;
-  std::mutex writeMutex_;
-  std::mutex queueMutex_;
-  std::condition_variable queued_;
-  std::deque<Request> queue_;
-  bool closing_ = false;
-  // Bulk reads received and not yet answered, guarded by queueMutex_.
-  std::set<std::uint32_t> unansweredBulkReads_;
-  // The interrupt read under way, guarded by queueMutex_. Set by the reading thread before it reads
-  // the next frame, so that a cancel right behind the read always finds it.
-  std::optional<std::uint32_t> interruptOutstanding_;
-  std::thread interruptThread_;
-  std::thread worker_;
-  std::thread reader_;
-  std::atomic<bool> finished_{false};
+    Instrument& instrument_;
+    UnixSocket socket_;
+    const std::uint32_t id_;
+    std::mutex writeMutex_;
+    std::mutex queueMutex_;
+    std::condition_variable queued_;
+    std::deque<Request> queue_;
+    bool closing_ = false;
+    // Bulk reads received and not yet answered, guarded by queueMutex_.
+    std::set<std::uint32_t> unansweredBulkReads_;
+    // The interrupt read under way, guarded by queueMutex_. Set by the reading thread before it reads
+    // the next frame, so that a cancel right behind the read always finds it.
+    std::optional<std::uint32_t> interruptOutstanding_;
+    std::thread interruptThread_;
+    std::thread worker_;
+    std::thread reader_;
+    std::atomic<bool> finished_{false};
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -16,26 +16,26 @@ namespace OrbelSim {
 
 class DeviceServer {
 public:
-  DeviceServer(Instrument& instrument, std::string socketPath);
-  ~DeviceServer();
-  DeviceServer(const DeviceServer&) = delete;
-  DeviceServer& operator=(const DeviceServer&) = delete;
+    DeviceServer(Instrument& instrument, std::string socketPath);
+    ~DeviceServer();
+    DeviceServer(const DeviceServer&) = delete;
+    DeviceServer& operator=(const DeviceServer&) = delete;
 
-  // Plugs the cable in: the socket appears. Raises std::runtime_error with a text.
-  void Listen();
-  // Pulls the cable: the socket goes, and every connection ends once its answers are out.
-  void StopListening();
+    // Plugs the cable in: the socket appears. Raises std::runtime_error with a text.
+    void Listen();
+    // Pulls the cable: the socket goes, and every connection ends once its answers are out.
+    void StopListening();
 
 private:
-  void AcceptLoop(UnixListener& listener);
-  void ReapFinished();
+    void AcceptLoop(UnixListener& listener);
+    void ReapFinished();
 
-  Instrument& instrument_;
-  std::string socketPath_;
-  std::mutex mutex_;
-  std::unique_ptr<UnixListener> listener_;
-  std::thread acceptor_;
-  std::vector<std::unique_ptr<DeviceConnection>> connections_;
+    Instrument& instrument_;
+    std::string socketPath_;
+    std::mutex mutex_;
+    std::unique_ptr<UnixListener> listener_;
+    std::thread acceptor_;
+    std::vector<std::unique_ptr<DeviceConnection>> connections_;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -12,88 +12,88 @@ namespace OrbelSim {
 
 Eeprom::Eeprom(std::vector<std::uint8_t> image) : image_(std::move(image))
 {
-  image_.resize(kSize, 0xFF);
+    image_.resize(kSize, 0xFF);
 }
 
 std::optional<std::vector<std::uint8_t>> Eeprom::LoadFile(const std::string& path)
 {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    return std::nullopt;
-  }
-  std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  if (bytes.size() != kSize) {
-    throw std::runtime_error("EEPROM file " + path + " holds " + std::to_string(bytes.size()) + " bytes, not 8192");
-  }
-  return bytes;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        return std::nullopt;
+    }
+    std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (bytes.size() != kSize) {
+        throw std::runtime_error("EEPROM file " + path + " holds " + std::to_string(bytes.size()) + " bytes, not 8192");
+    }
+    return bytes;
 }
 
 void Eeprom::KeepInFile(const std::string& path)
 {
-  file_ = path;
-  Save();
+    file_ = path;
+    Save();
 }
 
 void Eeprom::Save() const
 {
-  if (file_.empty()) {
-    return;
-  }
-  const std::string temporary = file_ + ".new";
-  {
-    std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(image_.data()), static_cast<std::streamsize>(image_.size()));
-    if (!out) {
-      throw std::runtime_error("unable to write EEPROM file " + temporary);
+    if (file_.empty()) {
+        return;
     }
-  }
-  std::rename(temporary.c_str(), file_.c_str());
+    const std::string temporary = file_ + ".new";
+    {
+        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+        out.write(reinterpret_cast<const char*>(image_.data()), static_cast<std::streamsize>(image_.size()));
+        if (!out) {
+            throw std::runtime_error("unable to write EEPROM file " + temporary);
+        }
+    }
+    std::rename(temporary.c_str(), file_.c_str());
 }
 
 bool Eeprom::InRange(std::uint32_t address, std::uint32_t size)
 {
-  return address <= kSize && size <= kSize - address;
+    return address <= kSize && size <= kSize - address;
 }
 
 std::vector<std::uint8_t> Eeprom::Read(std::uint32_t address, std::uint32_t size) const
 {
-  return {image_.begin() + address, image_.begin() + address + size};
+    return {image_.begin() + address, image_.begin() + address + size};
 }
 
 void Eeprom::Write(std::uint32_t address, const std::vector<std::uint8_t>& bytes)
 {
-  std::copy(bytes.begin(), bytes.end(), image_.begin() + address);
-  Save();
+    std::copy(bytes.begin(), bytes.end(), image_.begin() + address);
+    Save();
 }
 
 void Eeprom::Erase()
 {
-  std::fill(image_.begin(), image_.end(), 0xFF);
-  Save();
+    std::fill(image_.begin(), image_.end(), 0xFF);
+    Save();
 }
 
 std::optional<std::pair<std::uint32_t, std::uint32_t>> Eeprom::FileRange(std::uint16_t id) const
 {
-  const std::uint8_t* list = image_.data() + kEntryListAddress;
-  if (WireFrame::GetU16(list) != 1) {
+    const std::uint8_t* list = image_.data() + kEntryListAddress;
+    if (WireFrame::GetU16(list) != 1) {
+        return std::nullopt;
+    }
+    const std::uint32_t used = std::min<std::uint32_t>(WireFrame::GetU16(list + 2), kEntryListSize);
+    for (std::uint32_t at = 4; at + 6 <= used; at += 6) {
+        if (WireFrame::GetU16(list + at) != id) {
+            continue;
+        }
+        const std::uint32_t address = WireFrame::GetU32(list + at + 2);
+        if (at + 12 > used) {
+            return std::nullopt;
+        }
+        const std::uint32_t next = WireFrame::GetU32(list + at + 8);
+        if (next < address || !InRange(address, next - address)) {
+            return std::nullopt;
+        }
+        return std::make_pair(address, next - address);
+    }
     return std::nullopt;
-  }
-  const std::uint32_t used = std::min<std::uint32_t>(WireFrame::GetU16(list + 2), kEntryListSize);
-  for (std::uint32_t at = 4; at + 6 <= used; at += 6) {
-    if (WireFrame::GetU16(list + at) != id) {
-      continue;
-    }
-    const std::uint32_t address = WireFrame::GetU32(list + at + 2);
-    if (at + 12 > used) {
-      return std::nullopt;
-    }
-    const std::uint32_t next = WireFrame::GetU32(list + at + 8);
-    if (next < address || !InRange(address, next - address)) {
-      return std::nullopt;
-    }
-    return std::make_pair(address, next - address);
-  }
-  return std::nullopt;
 }
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -12,31 +12,31 @@ namespace OrbelSim {
 
 class Eeprom {
 public:
-  static constexpr std::uint32_t kSize = 8192;
-  static constexpr std::uint32_t kEntryListAddress = 4096;
-  static constexpr std::uint32_t kEntryListSize = 512;
+    static constexpr std::uint32_t kSize = 8192;
+    static constexpr std::uint32_t kEntryListAddress = 4096;
+    static constexpr std::uint32_t kEntryListSize = 512;
 
-  explicit Eeprom(std::vector<std::uint8_t> image);
+    explicit Eeprom(std::vector<std::uint8_t> image);
 
-  // The image kept in a file; empty if there is no such file. Raises std::runtime_error with a text
-  // for a file that can't be read or has the wrong size.
-  static std::optional<std::vector<std::uint8_t>> LoadFile(const std::string& path);
-  // From now on every change is saved to the file; saves at once.
-  void KeepInFile(const std::string& path);
+    // The image kept in a file; empty if there is no such file. Raises std::runtime_error with a text
+    // for a file that can't be read or has the wrong size.
+    static std::optional<std::vector<std::uint8_t>> LoadFile(const std::string& path);
+    // From now on every change is saved to the file; saves at once.
+    void KeepInFile(const std::string& path);
 
-  static bool InRange(std::uint32_t address, std::uint32_t size);
-  std::vector<std::uint8_t> Read(std::uint32_t address, std::uint32_t size) const;
-  void Write(std::uint32_t address, const std::vector<std::uint8_t>& bytes);
-  void Erase();
+    static bool InRange(std::uint32_t address, std::uint32_t size);
+    std::vector<std::uint8_t> Read(std::uint32_t address, std::uint32_t size) const;
+    void Write(std::uint32_t address, const std::vector<std::uint8_t>& bytes);
+    void Erase();
 
-  // Address and size of a file, by the entry list; empty if the list doesn't hold the id.
-  std::optional<std::pair<std::uint32_t, std::uint32_t>> FileRange(std::uint16_t id) const;
+    // Address and size of a file, by the entry list; empty if the list doesn't hold the id.
+    std::optional<std::pair<std::uint32_t, std::uint32_t>> FileRange(std::uint16_t id) const;
 
 private:
-  void Save() const;
+    void Save() const;
 
-  std::vector<std::uint8_t> image_;
-  std::string file_;
+    std::vector<std::uint8_t> image_;
+    std::string file_;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -16,21 +16,21 @@ enum class FaultKind { ControlTimeout, BulkTimeout, ShortRead, LowPower, Drop };
 
 class Faults {
 public:
-  static std::optional<FaultKind> Parse(const std::string& name);
+    static std::optional<FaultKind> Parse(const std::string& name);
 
-  void Arm(FaultKind kind, unsigned count);
-  // True, and one fewer armed, if the kind is armed. Drop is counted by CountTransferForDrop.
-  bool Take(FaultKind kind);
-  // Counts one control or bulk transfer; true when the cable goes during it.
-  bool CountTransferForDrop();
-  std::string Json() const;
+    void Arm(FaultKind kind, unsigned count);
+    // True, and one fewer armed, if the kind is armed. Drop is counted by CountTransferForDrop.
+    bool Take(FaultKind kind);
+    // Counts one control or bulk transfer; true when the cable goes during it.
+    bool CountTransferForDrop();
+    std::string Json() const;
 
 private:
-  unsigned controlTimeouts_ = 0;
-  unsigned bulkTimeouts_ = 0;
-  unsigned shortReads_ = 0;
-  unsigned lowPower_ = 0;
-  unsigned dropCountdown_ = 0;
+    unsigned controlTimeouts_ = 0;
+    unsigned bulkTimeouts_ = 0;
+    unsigned shortReads_ = 0;
+    unsigned lowPower_ = 0;
+    unsigned dropCountdown_ = 0;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -56,150 +56,150 @@
 namespace OrbelSim {
 
 struct TransferResult {
-  TransferStatus status = TransferStatus::Ok;
-  std::vector<std::uint8_t> data;
-  // Why a transfer was refused or failed, for the verbose log.
-  std::string note;
+    TransferStatus status = TransferStatus::Ok;
+    std::vector<std::uint8_t> data;
+    // Why a transfer was refused or failed, for the verbose log.
+    std::string note;
 };
 
 struct InstrumentOptions {
-  std::uint32_t serial = 1000001;
-  bool uvCut = false;
-  bool noise = true;
-  double timeScale = 1.0;
-  // The EEPROM to start with; the factory's when empty.
-  std::optional<std::vector<std::uint8_t>> eepromImage;
-  // Where the EEPROM is kept across runs; none when empty.
-  std::string eepromFile;
+    std::uint32_t serial = 1000001;
+    bool uvCut = false;
+    bool noise = true;
+    double timeScale = 1.0;
+    // The EEPROM to start with; the factory's when empty.
+    std::optional<std::vector<std::uint8_t>> eepromImage;
+    // Where the EEPROM is kept across runs; none when empty.
+    std::string eepromFile;
 };
 
 class Instrument {
 public:
-  static constexpr std::uint16_t kWrapThreshold = 0xF000;
-  static constexpr std::uint8_t kLowPowerStatus = 8;
+    static constexpr std::uint16_t kWrapThreshold = 0xF000;
+    static constexpr std::uint8_t kLowPowerStatus = 8;
 
-  using CableListener = std::function<void(bool plugged)>;
+    using CableListener = std::function<void(bool plugged)>;
 
-  explicit Instrument(const InstrumentOptions& options);
+    explicit Instrument(const InstrumentOptions& options);
 
-  // Told, outside any lock, when the cable goes (unplug, drop) or comes back.
-  void SetCableListener(CableListener listener);
+    // Told, outside any lock, when the cable goes (unplug, drop) or comes back.
+    void SetCableListener(CableListener listener);
 
-  // The host's side: one connection for each opened instrument. Empty while unplugged.
-  std::optional<std::uint32_t> Connect();
-  void Disconnect(std::uint32_t connection);
-  TransferResult Control(std::uint32_t connection, const std::vector<std::uint8_t>& setup,
-                         const std::vector<std::uint8_t>& payload, std::uint32_t length);
-  // `requestId` names the read for CancelBulkReads; 0 can't be cancelled.
-  TransferResult BulkRead(std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs,
-                          std::uint32_t requestId = 0);
-  TransferResult BulkWrite(std::uint32_t connection, const std::vector<std::uint8_t>& data);
-  // Blocks until a press, the cable goes, a cancel, or the connection ends.
-  TransferResult InterruptRead(std::uint32_t connection, std::uint32_t requestId);
-  // Cancels the interrupt read `requestId`, also one that hasn't begun to wait yet.
-  void CancelInterrupt(std::uint32_t connection, std::uint32_t requestId);
-  // Cancels these bulk reads, being served or still to come; each then ends with status cancelled.
-  void CancelBulkReads(std::uint32_t connection, const std::vector<std::uint32_t>& requestIds);
+    // The host's side: one connection for each opened instrument. Empty while unplugged.
+    std::optional<std::uint32_t> Connect();
+    void Disconnect(std::uint32_t connection);
+    TransferResult Control(std::uint32_t connection, const std::vector<std::uint8_t>& setup,
+        const std::vector<std::uint8_t>& payload, std::uint32_t length);
+    // `requestId` names the read for CancelBulkReads; 0 can't be cancelled.
+    TransferResult BulkRead(
+        std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs, std::uint32_t requestId = 0);
+    TransferResult BulkWrite(std::uint32_t connection, const std::vector<std::uint8_t>& data);
+    // Blocks until a press, the cable goes, a cancel, or the connection ends.
+    TransferResult InterruptRead(std::uint32_t connection, std::uint32_t requestId);
+    // Cancels the interrupt read `requestId`, also one that hasn't begun to wait yet.
+    void CancelInterrupt(std::uint32_t connection, std::uint32_t requestId);
+    // Cancels these bulk reads, being served or still to come; each then ends with status cancelled.
+    void CancelBulkReads(std::uint32_t connection, const std::vector<std::uint32_t>& requestIds);
 
-  // The person's side. Place, SetStrip and Fault raise std::invalid_argument with a text.
-  void Press();
-  void Place(const std::string& spec);
-  void SetStrip(const std::string& spec, double speedMmPerSecond);
-  void Fault(const std::string& kind, unsigned count);
-  void Unplug();
-  void Plug();
-  std::string StatusJson() const;
+    // The person's side. Place, SetStrip and Fault raise std::invalid_argument with a text.
+    void Press();
+    void Place(const std::string& spec);
+    void SetStrip(const std::string& spec, double speedMmPerSecond);
+    void Fault(const std::string& kind, unsigned count);
+    void Unplug();
+    void Plug();
+    std::string StatusJson() const;
 
 private:
-  struct PendingData {
-    std::vector<std::uint8_t> bytes;
-    // (end of a prefix, when that prefix is ready), in rising order.
-    std::vector<std::pair<std::size_t, SimClock::Clock::time_point>> readiness;
-    std::size_t delivered = 0;
-    bool scan = false;
-  };
+    struct PendingData {
+        std::vector<std::uint8_t> bytes;
+        // (end of a prefix, when that prefix is ready), in rising order.
+        std::vector<std::pair<std::size_t, SimClock::Clock::time_point>> readiness;
+        std::size_t delivered = 0;
+        bool scan = false;
+    };
 
-  struct Connection {
-    std::optional<PendingData> pending;
-    std::uint32_t writeAddress = 0;
-    std::uint32_t writeRemaining = 0;
-    std::deque<std::vector<std::uint8_t>> interrupts;
-    bool interruptWaiting = false;
-    std::optional<std::uint32_t> cancelledInterrupt;
-    std::set<std::uint32_t> cancelledBulkReads;
-    bool gone = false;
-  };
+    struct Connection {
+        std::optional<PendingData> pending;
+        std::uint32_t writeAddress = 0;
+        std::uint32_t writeRemaining = 0;
+        std::deque<std::vector<std::uint8_t>> interrupts;
+        bool interruptWaiting = false;
+        std::optional<std::uint32_t> cancelledInterrupt;
+        std::set<std::uint32_t> cancelledBulkReads;
+        bool gone = false;
+    };
 
-  struct MeasureParameters {
-    std::uint16_t integrationTicks = 300;
-    std::uint16_t lampTicks = 17;
-    std::uint16_t count = 4;
-    std::uint8_t flags = 0;
-  };
+    struct MeasureParameters {
+        std::uint16_t integrationTicks = 300;
+        std::uint16_t lampTicks = 17;
+        std::uint16_t count = 4;
+        std::uint8_t flags = 0;
+    };
 
-  struct Counters {
-    std::uint64_t control = 0;
-    std::uint64_t bulkIn = 0;
-    std::uint64_t bulkInCancelled = 0;
-    std::uint64_t bulkOut = 0;
-    std::uint64_t interrupts = 0;
-    std::uint64_t stalls = 0;
-    std::uint64_t timeouts = 0;
-    std::uint64_t measurements = 0;
-    std::uint64_t darkMeasurements = 0;
-    std::uint64_t scans = 0;
-    std::uint64_t presses = 0;
-    std::uint64_t eepromBytesWritten = 0;
-    std::uint64_t resets = 0;
-  };
+    struct Counters {
+        std::uint64_t control = 0;
+        std::uint64_t bulkIn = 0;
+        std::uint64_t bulkInCancelled = 0;
+        std::uint64_t bulkOut = 0;
+        std::uint64_t interrupts = 0;
+        std::uint64_t stalls = 0;
+        std::uint64_t timeouts = 0;
+        std::uint64_t measurements = 0;
+        std::uint64_t darkMeasurements = 0;
+        std::uint64_t scans = 0;
+        std::uint64_t presses = 0;
+        std::uint64_t eepromBytesWritten = 0;
+        std::uint64_t resets = 0;
+    };
 
-  using Lock = std::unique_lock<std::mutex>;
+    using Lock = std::unique_lock<std::mutex>;
 
-  Connection* Live(std::uint32_t connection);
-  std::optional<TransferResult> Prelude(std::uint32_t connection, bool& dropped);
-  void DropCableLocked();
-  void NotifyCable();
-  TransferResult Refuse(TransferStatus status, const std::string& note);
+    Connection* Live(std::uint32_t connection);
+    std::optional<TransferResult> Prelude(std::uint32_t connection, bool& dropped);
+    void DropCableLocked();
+    void NotifyCable();
+    TransferResult Refuse(TransferStatus status, const std::string& note);
 
-  TransferResult ControlLocked(Connection& connection, const std::vector<std::uint8_t>& setup,
-                               const std::vector<std::uint8_t>& payload, std::uint32_t length);
-  TransferResult Execute(Connection& connection, std::uint8_t code, const std::vector<std::uint8_t>& payload);
-  TransferResult StartMeasurement(Connection& connection);
-  TransferResult StartEepromRead(Connection& connection, const std::vector<std::uint8_t>& payload);
-  TransferResult StartEepromWrite(Connection& connection, const std::vector<std::uint8_t>& payload);
-  std::vector<std::uint8_t> MiscAnswer();
-  std::vector<std::uint8_t> ParameterAnswer() const;
-  PendingData SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampOn);
-  PendingData Scan(int gain, double integrationTime, double lampTime, bool lampOn);
-  TransferResult BulkReadLocked(Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs,
-                                std::uint32_t requestId);
-  bool TakeBulkCancel(Connection& connection, std::uint32_t requestId);
-  TransferResult Deliver(Connection& connection, std::uint32_t length);
-  void BreakLogFile(std::uint16_t id);
+    TransferResult ControlLocked(Connection& connection, const std::vector<std::uint8_t>& setup,
+        const std::vector<std::uint8_t>& payload, std::uint32_t length);
+    TransferResult Execute(Connection& connection, std::uint8_t code, const std::vector<std::uint8_t>& payload);
+    TransferResult StartMeasurement(Connection& connection);
+    TransferResult StartEepromRead(Connection& connection, const std::vector<std::uint8_t>& payload);
+    TransferResult StartEepromWrite(Connection& connection, const std::vector<std::uint8_t>& payload);
+    std::vector<std::uint8_t> MiscAnswer();
+    std::vector<std::uint8_t> ParameterAnswer() const;
+    PendingData SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampOn);
+    PendingData Scan(int gain, double integrationTime, double lampTime, bool lampOn);
+    TransferResult BulkReadLocked(
+        Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs, std::uint32_t requestId);
+    bool TakeBulkCancel(Connection& connection, std::uint32_t requestId);
+    TransferResult Deliver(Connection& connection, std::uint32_t length);
+    void BreakLogFile(std::uint16_t id);
 
-  mutable std::mutex mutex_;
-  std::mutex cableMutex_;
-  std::condition_variable changed_;
-  CableListener cableListener_;
-  const std::uint32_t serial_;
-  SimClock clock_;
-  bool noise_;
-  Eeprom eeprom_;
-  MeasurementEngine engine_;
-  bool plugged_ = true;
-  std::uint32_t nextConnection_ = 1;
-  std::map<std::uint32_t, Connection> connections_;
-  MeasureParameters parameters_;
-  std::map<std::uint16_t, std::pair<std::uint16_t, std::uint16_t>> cpld_;
-  std::uint16_t lastCpldRegister_ = 0;
-  Target target_;
-  std::optional<Strip> strip_;
-  double speed_ = Strip::kDefaultSpeed;
-  Faults faults_;
-  Counters counters_;
-  bool keyLatch_ = false;
-  bool lampOn_ = false;
-  int lastReset_ = -1;
+    mutable std::mutex mutex_;
+    std::mutex cableMutex_;
+    std::condition_variable changed_;
+    CableListener cableListener_;
+    const std::uint32_t serial_;
+    SimClock clock_;
+    bool noise_;
+    Eeprom eeprom_;
+    MeasurementEngine engine_;
+    bool plugged_ = true;
+    std::uint32_t nextConnection_ = 1;
+    std::map<std::uint32_t, Connection> connections_;
+    MeasureParameters parameters_;
+    std::map<std::uint16_t, std::pair<std::uint16_t, std::uint16_t>> cpld_;
+    std::uint16_t lastCpldRegister_ = 0;
+    Target target_;
+    std::optional<Strip> strip_;
+    double speed_ = Strip::kDefaultSpeed;
+    Faults faults_;
+    Counters counters_;
+    bool keyLatch_ = false;
+    bool lampOn_ = false;
+    int lastReset_ = -1;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -19,57 +19,58 @@ constexpr int kCommandWaitMs = 2000;
 // Serves commands until "stop" (its connection is handed back, to be closed last) or a signal.
 std::optional<UnixSocket> ServeCommands(UnixListener& control, CommandProcessor& processor)
 {
-  while (auto client = control.Accept()) {
-    std::string line;
-    if (!client->ReadLine(line, kMaxCommandLength, kCommandWaitMs)) {
-      client->WriteAll(CommandChannel::EncodeReply({false, "incomplete command"}));
-      continue;
+    while (auto client = control.Accept()) {
+        std::string line;
+        if (!client->ReadLine(line, kMaxCommandLength, kCommandWaitMs)) {
+            client->WriteAll(CommandChannel::EncodeReply({false, "incomplete command"}));
+            continue;
+        }
+        const std::vector<std::string> words = CommandChannel::DecodeCommand(line);
+        if (words.size() == 1 && words.front() == "stop") {
+            SimLog::Write("command: stop");
+            client->WriteAll(CommandChannel::EncodeReply({true, std::to_string(Daemon::ProcessId())}));
+            return std::move(*client);
+        }
+        client->WriteAll(CommandChannel::EncodeReply(processor.Execute(words)));
     }
-    const std::vector<std::string> words = CommandChannel::DecodeCommand(line);
-    if (words.size() == 1 && words.front() == "stop") {
-      SimLog::Write("command: stop");
-      client->WriteAll(CommandChannel::EncodeReply({true, std::to_string(Daemon::ProcessId())}));
-      return std::move(*client);
-    }
-    client->WriteAll(CommandChannel::EncodeReply(processor.Execute(words)));
-  }
-  SimLog::Write("stopped by a signal");
-  return std::nullopt;
+    SimLog::Write("stopped by a signal");
+    return std::nullopt;
 }
 
-}  // namespace
+} // namespace
 
-int InstrumentService::Run(const InstrumentOptions& options, const std::string& directory, const Daemon::ReadySignal& ready)
+int InstrumentService::Run(
+    const InstrumentOptions& options, const std::string& directory, const Daemon::ReadySignal& ready)
 {
-  std::optional<UnixSocket> stopClient;
-  bool announced = false;
-  try {
-    Instrument instrument(options);
-    DeviceServer server(instrument, SimDirectory::DeviceSocket(directory, options.serial));
-    UnixListener control(SimDirectory::ControlSocket(directory, options.serial));
-    instrument.SetCableListener([&server](bool plugged) {
-      if (plugged) {
+    std::optional<UnixSocket> stopClient;
+    bool announced = false;
+    try {
+        Instrument instrument(options);
+        DeviceServer server(instrument, SimDirectory::DeviceSocket(directory, options.serial));
+        UnixListener control(SimDirectory::ControlSocket(directory, options.serial));
+        instrument.SetCableListener([&server](bool plugged) {
+            if (plugged) {
+                server.Listen();
+            } else {
+                server.StopListening();
+            }
+        });
+        Daemon::InstallStopSignals(control.WakeFd());
         server.Listen();
-      } else {
-        server.StopListening();
-      }
-    });
-    Daemon::InstallStopSignals(control.WakeFd());
-    server.Listen();
-    ready(true, "sim:" + std::to_string(options.serial));
-    announced = true;
-    CommandProcessor processor(instrument, Daemon::ProcessId());
-    stopClient = ServeCommands(control, processor);
-    instrument.SetCableListener({});
-  } catch (const std::exception& error) {
-    if (announced) {
-      SimLog::Write(std::string("ended by a failure: ") + error.what());
-    } else {
-      ready(false, error.what());
+        ready(true, "sim:" + std::to_string(options.serial));
+        announced = true;
+        CommandProcessor processor(instrument, Daemon::ProcessId());
+        stopClient = ServeCommands(control, processor);
+        instrument.SetCableListener({});
+    } catch (const std::exception& error) {
+        if (announced) {
+            SimLog::Write(std::string("ended by a failure: ") + error.what());
+        } else {
+            ready(false, error.what());
+        }
+        return 1;
     }
-    return 1;
-  }
-  return 0;
+    return 0;
 }
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

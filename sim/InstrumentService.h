@@ -11,7 +11,7 @@ namespace OrbelSim {
 
 class InstrumentService {
 public:
-  static int Run(const InstrumentOptions& options, const std::string& directory, const Daemon::ReadySignal& ready);
+    static int Run(const InstrumentOptions& options, const std::string& directory, const Daemon::ReadySignal& ready);
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

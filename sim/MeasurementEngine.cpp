@@ -3,8 +3,7 @@
 namespace OrbelSim {
 
 MeasurementEngine::MeasurementEngine(bool uvCut, bool noise, std::uint32_t seed)
-    : optics_(uvCut),
-      reflectanceSolver_(ReflectanceRows(optics_), Optics::kFirstLivePixel, Optics::kLastLivePixel),
+    : optics_(uvCut), reflectanceSolver_(ReflectanceRows(optics_), Optics::kFirstLivePixel, Optics::kLastLivePixel),
       emissionSolver_(EmissionRows(optics_), Optics::kFirstLivePixel, Optics::kLastLivePixel),
       sensor_(optics_, noise, seed)
 {
@@ -12,68 +11,68 @@ MeasurementEngine::MeasurementEngine(bool uvCut, bool noise, std::uint32_t seed)
 
 std::vector<std::vector<double>> MeasurementEngine::ReflectanceRows(const Optics& optics)
 {
-  std::vector<std::vector<double>> rows = optics.MatrixRows();
-  for (int k = 0; k < Optics::kOutputs; ++k) {
-    std::vector<double>& row = rows[static_cast<std::size_t>(k)];
-    double tileFold = 0.0;
-    for (int p = 0; p < Optics::kPixels; ++p) {
-      row[p] *= optics.Responsivity()[p] * optics.LampRadiance()[p];
-      tileFold += row[p] * optics.TileReflectance()[p];
+    std::vector<std::vector<double>> rows = optics.MatrixRows();
+    for (int k = 0; k < Optics::kOutputs; ++k) {
+        std::vector<double>& row = rows[static_cast<std::size_t>(k)];
+        double tileFold = 0.0;
+        for (int p = 0; p < Optics::kPixels; ++p) {
+            row[p] *= optics.Responsivity()[p] * optics.LampRadiance()[p];
+            tileFold += row[p] * optics.TileReflectance()[p];
+        }
+        const double perUnitReflectance = tileFold / optics.TileRecord()[k];
+        for (double& weight : row) {
+            weight /= perUnitReflectance;
+        }
     }
-    const double perUnitReflectance = tileFold / optics.TileRecord()[k];
-    for (double& weight : row) {
-      weight /= perUnitReflectance;
-    }
-  }
-  return rows;
+    return rows;
 }
 
 std::vector<std::vector<double>> MeasurementEngine::EmissionRows(const Optics& optics)
 {
-  std::vector<std::vector<double>> rows = optics.MatrixRows();
-  for (std::vector<double>& row : rows) {
-    double fold = 0.0;
-    for (int p = 0; p < Optics::kPixels; ++p) {
-      row[p] *= optics.Responsivity()[p];
-      fold += row[p];
+    std::vector<std::vector<double>> rows = optics.MatrixRows();
+    for (std::vector<double>& row : rows) {
+        double fold = 0.0;
+        for (int p = 0; p < Optics::kPixels; ++p) {
+            row[p] *= optics.Responsivity()[p];
+            fold += row[p];
+        }
+        for (double& weight : row) {
+            weight /= fold;
+        }
     }
-    for (double& weight : row) {
-      weight /= fold;
-    }
-  }
-  return rows;
+    return rows;
 }
 
 Scene MeasurementEngine::SceneOf(const Target& target) const
 {
-  const std::vector<double> none(Optics::kPixels, 0.0);
-  if (target.kind == TargetKind::Emission) {
-    return {none, emissionSolver_.Solve(target.values)};
-  }
-  return {reflectanceSolver_.Solve(target.values), none};
+    const std::vector<double> none(Optics::kPixels, 0.0);
+    if (target.kind == TargetKind::Emission) {
+        return {none, emissionSolver_.Solve(target.values)};
+    }
+    return {reflectanceSolver_.Solve(target.values), none};
 }
 
 Scene MeasurementEngine::Mix(const std::vector<Scene>& scenes, const std::vector<double>& shares)
 {
-  Scene mixed{std::vector<double>(Optics::kPixels, 0.0), std::vector<double>(Optics::kPixels, 0.0)};
-  for (std::size_t i = 0; i < scenes.size(); ++i) {
-    for (std::size_t p = 0; p < mixed.reflectance.size(); ++p) {
-      mixed.reflectance[p] += shares[i] * scenes[i].reflectance[p];
-      mixed.emission[p] += shares[i] * scenes[i].emission[p];
+    Scene mixed{std::vector<double>(Optics::kPixels, 0.0), std::vector<double>(Optics::kPixels, 0.0)};
+    for (std::size_t i = 0; i < scenes.size(); ++i) {
+        for (std::size_t p = 0; p < mixed.reflectance.size(); ++p) {
+            mixed.reflectance[p] += shares[i] * scenes[i].reflectance[p];
+            mixed.emission[p] += shares[i] * scenes[i].emission[p];
+        }
     }
-  }
-  return mixed;
+    return mixed;
 }
 
 RawPixels MeasurementEngine::Read(const Scene& scene, bool lampOn, int gain, double integrationTime)
 {
-  std::vector<double> radiance = scene.emission;
-  if (lampOn) {
-    for (std::size_t p = 0; p < radiance.size(); ++p) {
-      radiance[p] += optics_.LampRadiance()[p] * scene.reflectance[p];
+    std::vector<double> radiance = scene.emission;
+    if (lampOn) {
+        for (std::size_t p = 0; p < radiance.size(); ++p) {
+            radiance[p] += optics_.LampRadiance()[p] * scene.reflectance[p];
+        }
     }
-  }
-  return sensor_.Read(radiance, gain, integrationTime);
+    return sensor_.Read(radiance, gain, integrationTime);
 }
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -18,27 +18,27 @@ namespace OrbelSim {
 
 // Per pixel: reflectance (lit by the lamp) and radiance of its own.
 struct Scene {
-  std::vector<double> reflectance;
-  std::vector<double> emission;
+    std::vector<double> reflectance;
+    std::vector<double> emission;
 };
 
 class MeasurementEngine {
 public:
-  MeasurementEngine(bool uvCut, bool noise, std::uint32_t seed);
+    MeasurementEngine(bool uvCut, bool noise, std::uint32_t seed);
 
-  const Optics& GetOptics() const { return optics_; }
-  Scene SceneOf(const Target& target) const;
-  static Scene Mix(const std::vector<Scene>& scenes, const std::vector<double>& shares);
-  RawPixels Read(const Scene& scene, bool lampOn, int gain, double integrationTime);
+    const Optics& GetOptics() const { return optics_; }
+    Scene SceneOf(const Target& target) const;
+    static Scene Mix(const std::vector<Scene>& scenes, const std::vector<double>& shares);
+    RawPixels Read(const Scene& scene, bool lampOn, int gain, double integrationTime);
 
 private:
-  static std::vector<std::vector<double>> ReflectanceRows(const Optics& optics);
-  static std::vector<std::vector<double>> EmissionRows(const Optics& optics);
+    static std::vector<std::vector<double>> ReflectanceRows(const Optics& optics);
+    static std::vector<std::vector<double>> EmissionRows(const Optics& optics);
 
-  Optics optics_;
-  SmoothSpectrumSolver reflectanceSolver_;
-  SmoothSpectrumSolver emissionSolver_;
-  Sensor sensor_;
+    Optics optics_;
+    SmoothSpectrumSolver reflectanceSolver_;
+    SmoothSpectrumSolver emissionSolver_;
+    Sensor sensor_;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

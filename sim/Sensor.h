@@ -15,20 +15,20 @@ using RawPixels = std::array<std::uint16_t, Optics::kPixels>;
 
 class Sensor {
 public:
-  Sensor(const Optics& optics, bool noise, std::uint32_t seed);
+    Sensor(const Optics& optics, bool noise, std::uint32_t seed);
 
-  // radiance: per pixel, what reaches the sensor. Pixel 0 is masked and sees dark only; pixel 127
-  // isn't read out and stays 0.
-  RawPixels Read(const std::vector<double>& radiance, int gain, double integrationTime);
+    // radiance: per pixel, what reaches the sensor. Pixel 0 is masked and sees dark only; pixel 127
+    // isn't read out and stays 0.
+    RawPixels Read(const std::vector<double>& radiance, int gain, double integrationTime);
 
-  static void AppendBlock(std::vector<std::uint8_t>& out, const RawPixels& pixels);
+    static void AppendBlock(std::vector<std::uint8_t>& out, const RawPixels& pixels);
 
 private:
-  double Noise(double signal);
+    double Noise(double signal);
 
-  const Optics& optics_;
-  bool noise_;
-  std::mt19937 random_;
+    const Optics& optics_;
+    bool noise_;
+    std::mt19937 random_;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -9,16 +9,16 @@ namespace OrbelSim {
 
 class SimClock {
 public:
-  using Clock = std::chrono::steady_clock;
+    using Clock = std::chrono::steady_clock;
 
-  explicit SimClock(double scale);
+    explicit SimClock(double scale);
 
-  double Scale() const { return scale_; }
-  Clock::time_point Now() const { return Clock::now(); }
-  Clock::time_point After(Clock::time_point from, double modelSeconds) const;
+    double Scale() const { return scale_; }
+    Clock::time_point Now() const { return Clock::now(); }
+    Clock::time_point After(Clock::time_point from, double modelSeconds) const;
 
 private:
-  double scale_;
+    double scale_;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

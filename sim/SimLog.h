@@ -8,9 +8,9 @@ namespace OrbelSim {
 
 class SimLog {
 public:
-  static void SetVerbose(bool verbose);
-  static bool Verbose();
-  static void Write(const std::string& line);
+    static void SetVerbose(bool verbose);
+    static bool Verbose();
+    static void Write(const std::string& line);
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

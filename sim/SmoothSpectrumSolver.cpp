@@ -11,94 +11,92 @@ namespace {
 // Keeps the system regular without pulling the solution visibly toward zero.
 constexpr double kRidge = 1e-9;
 
-}  // namespace
+} // namespace
 
 SmoothSpectrumSolver::SmoothSpectrumSolver(const std::vector<std::vector<double>>& rows, int firstPixel, int lastPixel)
-    : firstPixel_(firstPixel),
-      unknowns_(lastPixel - firstPixel + 1),
-      size_(unknowns_ + static_cast<int>(rows.size())),
-      pixels_(rows.front().size()),
-      lu_(static_cast<std::size_t>(size_) * size_, 0.0)
+    : firstPixel_(firstPixel), unknowns_(lastPixel - firstPixel + 1), size_(unknowns_ + static_cast<int>(rows.size())),
+      pixels_(rows.front().size()), lu_(static_cast<std::size_t>(size_) * size_, 0.0)
 {
-  auto at = [this](int r, int c) -> double& { return lu_[static_cast<std::size_t>(r) * size_ + c]; };
-  for (int j = 1; j + 1 < unknowns_; ++j) {
-    const int idx[3] = {j - 1, j, j + 1};
-    const double w[3] = {1.0, -2.0, 1.0};
-    for (int a = 0; a < 3; ++a) {
-      for (int b = 0; b < 3; ++b) {
-        at(idx[a], idx[b]) += w[a] * w[b];
-      }
+    auto at = [this](int r, int c) -> double& { return lu_[static_cast<std::size_t>(r) * size_ + c]; };
+    for (int j = 1; j + 1 < unknowns_; ++j) {
+        const int idx[3] = {j - 1, j, j + 1};
+        const double w[3] = {1.0, -2.0, 1.0};
+        for (int a = 0; a < 3; ++a) {
+            for (int b = 0; b < 3; ++b) {
+                at(idx[a], idx[b]) += w[a] * w[b];
+            }
+        }
     }
-  }
-  for (int j = 0; j < unknowns_; ++j) {
-    at(j, j) += kRidge;
-  }
-  for (std::size_t k = 0; k < rows.size(); ++k) {
-    const int r = unknowns_ + static_cast<int>(k);
     for (int j = 0; j < unknowns_; ++j) {
-      at(r, j) = rows[k][static_cast<std::size_t>(firstPixel_ + j)];
-      at(j, r) = at(r, j);
+        at(j, j) += kRidge;
     }
-  }
-  Factorise();
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+        const int r = unknowns_ + static_cast<int>(k);
+        for (int j = 0; j < unknowns_; ++j) {
+            at(r, j) = rows[k][static_cast<std::size_t>(firstPixel_ + j)];
+            at(j, r) = at(r, j);
+        }
+    }
+    Factorise();
 }
 
 void SmoothSpectrumSolver::Factorise()
 {
-  pivots_.resize(static_cast<std::size_t>(size_));
-  auto at = [this](int r, int c) -> double& { return lu_[static_cast<std::size_t>(r) * size_ + c]; };
-  for (int col = 0; col < size_; ++col) {
-    int pivot = col;
-    for (int r = col + 1; r < size_; ++r) {
-      if (std::fabs(at(r, col)) > std::fabs(at(pivot, col))) {
-        pivot = r;
-      }
+    pivots_.resize(static_cast<std::size_t>(size_));
+    auto at = [this](int r, int c) -> double& { return lu_[static_cast<std::size_t>(r) * size_ + c]; };
+    for (int col = 0; col < size_; ++col) {
+        int pivot = col;
+        for (int r = col + 1; r < size_; ++r) {
+            if (std::fabs(at(r, col)) > std::fabs(at(pivot, col))) {
+                pivot = r;
+            }
+        }
+        if (at(pivot, col) == 0.0) {
+            throw std::runtime_error("the spectral constraints are singular");
+        }
+        pivots_[static_cast<std::size_t>(col)] = pivot;
+        if (pivot != col) {
+            for (int c = 0; c < size_; ++c) {
+                std::swap(at(col, c), at(pivot, c));
+            }
+        }
+        for (int r = col + 1; r < size_; ++r) {
+            const double factor = at(r, col) / at(col, col);
+            at(r, col) = factor;
+            for (int c = col + 1; c < size_; ++c) {
+                at(r, c) -= factor * at(col, c);
+            }
+        }
     }
-    if (at(pivot, col) == 0.0) {
-      throw std::runtime_error("the spectral constraints are singular");
-    }
-    pivots_[static_cast<std::size_t>(col)] = pivot;
-    if (pivot != col) {
-      for (int c = 0; c < size_; ++c) {
-        std::swap(at(col, c), at(pivot, c));
-      }
-    }
-    for (int r = col + 1; r < size_; ++r) {
-      const double factor = at(r, col) / at(col, col);
-      at(r, col) = factor;
-      for (int c = col + 1; c < size_; ++c) {
-        at(r, c) -= factor * at(col, c);
-      }
-    }
-  }
 }
 
 std::vector<double> SmoothSpectrumSolver::Solve(const Spectrum36& values) const
 {
-  auto at = [this](int r, int c) { return lu_[static_cast<std::size_t>(r) * size_ + c]; };
-  std::vector<double> x(static_cast<std::size_t>(size_), 0.0);
-  for (std::size_t k = 0; k < values.size(); ++k) {
-    x[static_cast<std::size_t>(unknowns_) + k] = values[k];
-  }
-  for (int col = 0; col < size_; ++col) {
-    std::swap(x[static_cast<std::size_t>(col)], x[static_cast<std::size_t>(pivots_[static_cast<std::size_t>(col)])]);
-  }
-  for (int r = 0; r < size_; ++r) {
-    for (int c = 0; c < r; ++c) {
-      x[static_cast<std::size_t>(r)] -= at(r, c) * x[static_cast<std::size_t>(c)];
+    auto at = [this](int r, int c) { return lu_[static_cast<std::size_t>(r) * size_ + c]; };
+    std::vector<double> x(static_cast<std::size_t>(size_), 0.0);
+    for (std::size_t k = 0; k < values.size(); ++k) {
+        x[static_cast<std::size_t>(unknowns_) + k] = values[k];
     }
-  }
-  for (int r = size_ - 1; r >= 0; --r) {
-    for (int c = r + 1; c < size_; ++c) {
-      x[static_cast<std::size_t>(r)] -= at(r, c) * x[static_cast<std::size_t>(c)];
+    for (int col = 0; col < size_; ++col) {
+        std::swap(
+            x[static_cast<std::size_t>(col)], x[static_cast<std::size_t>(pivots_[static_cast<std::size_t>(col)])]);
     }
-    x[static_cast<std::size_t>(r)] /= at(r, r);
-  }
-  std::vector<double> pixels(pixels_, 0.0);
-  for (int j = 0; j < unknowns_; ++j) {
-    pixels[static_cast<std::size_t>(firstPixel_ + j)] = x[static_cast<std::size_t>(j)];
-  }
-  return pixels;
+    for (int r = 0; r < size_; ++r) {
+        for (int c = 0; c < r; ++c) {
+            x[static_cast<std::size_t>(r)] -= at(r, c) * x[static_cast<std::size_t>(c)];
+        }
+    }
+    for (int r = size_ - 1; r >= 0; --r) {
+        for (int c = r + 1; c < size_; ++c) {
+            x[static_cast<std::size_t>(r)] -= at(r, c) * x[static_cast<std::size_t>(c)];
+        }
+        x[static_cast<std::size_t>(r)] /= at(r, r);
+    }
+    std::vector<double> pixels(pixels_, 0.0);
+    for (int j = 0; j < unknowns_; ++j) {
+        pixels[static_cast<std::size_t>(firstPixel_ + j)] = x[static_cast<std::size_t>(j)];
+    }
+    return pixels;
 }
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -12,20 +12,20 @@ namespace OrbelSim {
 
 class SmoothSpectrumSolver {
 public:
-  // rows: one row of kPixels weights for each of the 36 outputs; pixels outside [first, last] stay 0.
-  SmoothSpectrumSolver(const std::vector<std::vector<double>>& rows, int firstPixel, int lastPixel);
+    // rows: one row of kPixels weights for each of the 36 outputs; pixels outside [first, last] stay 0.
+    SmoothSpectrumSolver(const std::vector<std::vector<double>>& rows, int firstPixel, int lastPixel);
 
-  std::vector<double> Solve(const Spectrum36& values) const;
+    std::vector<double> Solve(const Spectrum36& values) const;
 
 private:
-  void Factorise();
+    void Factorise();
 
-  int firstPixel_;
-  int unknowns_;
-  int size_;
-  std::size_t pixels_;
-  std::vector<double> lu_;
-  std::vector<int> pivots_;
+    int firstPixel_;
+    int unknowns_;
+    int size_;
+    std::size_t pixels_;
+    std::vector<double> lu_;
+    std::vector<int> pivots_;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -11,33 +11,33 @@ namespace OrbelSim {
 using Spectrum36 = std::array<double, 36>;
 
 struct NamedSpectrum {
-  std::string name;
-  Spectrum36 values;
+    std::string name;
+    Spectrum36 values;
 };
 
 struct StripPatch {
-  std::string name;
-  double widthMm;
-  Spectrum36 reflectance;
+    std::string name;
+    double widthMm;
+    Spectrum36 reflectance;
 };
 
 struct NamedStrip {
-  std::string name;
-  std::vector<StripPatch> patches;
+    std::string name;
+    std::vector<StripPatch> patches;
 };
 
 class SpectralTables {
 public:
-  static const std::vector<NamedSpectrum>& TestColourSamples();
-  // Radiances in mW/(sr m^2 nm): a white of 200 cd/m^2 and its three primaries.
-  static const std::vector<NamedSpectrum>& Displays();
-  // The radiance of a white diffuser lit by the light, E / pi, in mW/(sr m^2 nm).
-  static const std::vector<NamedSpectrum>& Lights();
-  static const std::vector<NamedStrip>& Strips();
-  static const Spectrum36& ObserverX();
-  static const Spectrum36& ObserverY();
-  static const Spectrum36& ObserverZ();
-  static const Spectrum36& IlluminantD65();
+    static const std::vector<NamedSpectrum>& TestColourSamples();
+    // Radiances in mW/(sr m^2 nm): a white of 200 cd/m^2 and its three primaries.
+    static const std::vector<NamedSpectrum>& Displays();
+    // The radiance of a white diffuser lit by the light, E / pi, in mW/(sr m^2 nm).
+    static const std::vector<NamedSpectrum>& Lights();
+    static const std::vector<NamedStrip>& Strips();
+    static const Spectrum36& ObserverX();
+    static const Spectrum36& ObserverY();
+    static const Spectrum36& ObserverZ();
+    static const Spectrum36& IlluminantD65();
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

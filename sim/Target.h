@@ -18,23 +18,23 @@ namespace OrbelSim {
 enum class TargetKind { Reflectance, Emission };
 
 struct Target {
-  std::string description;
-  TargetKind kind = TargetKind::Reflectance;
-  Spectrum36 values{};
+    std::string description;
+    TargetKind kind = TargetKind::Reflectance;
+    Spectrum36 values{};
 };
 
 class TargetCatalog {
 public:
-  // Raises std::invalid_argument with a text for a person.
-  static Target Parse(const std::string& spec, const Spectrum36& tile);
-  static Target Sample(const std::string& name);
-  // The values of a text: blanks, commas and line ends separate them.
-  static std::vector<double> ParseNumbers(const std::string& text, const std::string& where);
-  static Spectrum36 ReadSpectrumFile(const std::string& path);
+    // Raises std::invalid_argument with a text for a person.
+    static Target Parse(const std::string& spec, const Spectrum36& tile);
+    static Target Sample(const std::string& name);
+    // The values of a text: blanks, commas and line ends separate them.
+    static std::vector<double> ParseNumbers(const std::string& text, const std::string& where);
+    static Spectrum36 ReadSpectrumFile(const std::string& path);
 
 private:
-  static Target Named(const std::vector<NamedSpectrum>& table, const std::string& kind, const std::string& name,
-                      TargetKind targetKind);
+    static Target Named(const std::vector<NamedSpectrum>& table, const std::string& kind, const std::string& name,
+        TargetKind targetKind);
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -79,50 +79,50 @@
 namespace OrbelSim {
 
 enum class TransferKind : std::uint8_t {
-  Control = 1,
-  BulkRead = 2,
-  BulkWrite = 3,
-  InterruptRead = 4,
-  Cancel = 5,
-  CancelBulkReads = 6
+    Control = 1,
+    BulkRead = 2,
+    BulkWrite = 3,
+    InterruptRead = 4,
+    Cancel = 5,
+    CancelBulkReads = 6
 };
 
 enum class TransferStatus : std::uint8_t { Ok = 0, Stall = 1, Timeout = 2, Short = 3, NoDevice = 4, Cancelled = 5 };
 
 struct RequestHeader {
-  std::uint8_t kind = 0;
-  std::uint32_t requestId = 0;
-  std::uint32_t timeoutMs = 0;
-  std::uint32_t transferLength = 0;
-  std::uint32_t bodyLength = 0;
+    std::uint8_t kind = 0;
+    std::uint32_t requestId = 0;
+    std::uint32_t timeoutMs = 0;
+    std::uint32_t transferLength = 0;
+    std::uint32_t bodyLength = 0;
 };
 
 struct AnswerHeader {
-  std::uint8_t kind = 0;
-  TransferStatus status = TransferStatus::Ok;
-  std::uint32_t requestId = 0;
-  std::uint32_t bodyLength = 0;
+    std::uint8_t kind = 0;
+    TransferStatus status = TransferStatus::Ok;
+    std::uint32_t requestId = 0;
+    std::uint32_t bodyLength = 0;
 };
 
 class WireFrame {
 public:
-  static constexpr std::uint32_t kMagic = 0x4F42534D;
-  static constexpr std::uint8_t kVersion = 1;
-  static constexpr std::size_t kRequestHeaderSize = 24;
-  static constexpr std::size_t kAnswerHeaderSize = 16;
-  static constexpr std::uint32_t kMaxBody = 1u << 20;
-  static constexpr std::size_t kControlRequestSize = 10;
+    static constexpr std::uint32_t kMagic = 0x4F42534D;
+    static constexpr std::uint8_t kVersion = 1;
+    static constexpr std::size_t kRequestHeaderSize = 24;
+    static constexpr std::size_t kAnswerHeaderSize = 16;
+    static constexpr std::uint32_t kMaxBody = 1u << 20;
+    static constexpr std::size_t kControlRequestSize = 10;
 
-  static std::vector<std::uint8_t> EncodeRequest(const RequestHeader& header, const std::vector<std::uint8_t>& body);
-  // Empty when magic, version or body length are wrong: such a stream can't be followed further.
-  static std::optional<RequestHeader> DecodeRequestHeader(const std::uint8_t* bytes);
-  static std::vector<std::uint8_t> EncodeAnswer(const AnswerHeader& header, const std::vector<std::uint8_t>& body);
-  static std::optional<AnswerHeader> DecodeAnswerHeader(const std::uint8_t* bytes);
+    static std::vector<std::uint8_t> EncodeRequest(const RequestHeader& header, const std::vector<std::uint8_t>& body);
+    // Empty when magic, version or body length are wrong: such a stream can't be followed further.
+    static std::optional<RequestHeader> DecodeRequestHeader(const std::uint8_t* bytes);
+    static std::vector<std::uint8_t> EncodeAnswer(const AnswerHeader& header, const std::vector<std::uint8_t>& body);
+    static std::optional<AnswerHeader> DecodeAnswerHeader(const std::uint8_t* bytes);
 
-  static void PutU16(std::vector<std::uint8_t>& out, std::uint16_t value);
-  static void PutU32(std::vector<std::uint8_t>& out, std::uint32_t value);
-  static std::uint16_t GetU16(const std::uint8_t* bytes);
-  static std::uint32_t GetU32(const std::uint8_t* bytes);
+    static void PutU16(std::vector<std::uint8_t>& out, std::uint16_t value);
+    static void PutU32(std::vector<std::uint8_t>& out, std::uint32_t value);
+    static std::uint16_t GetU16(const std::uint8_t* bytes);
+    static std::uint32_t GetU32(const std::uint8_t* bytes);
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -6,5 +6,5 @@
 
 int main(int argc, char** argv)
 {
-  return OrbelSim::CommandLine::Run(std::vector<std::string>(argv + 1, argv + argc), std::cout, std::cerr);
+    return OrbelSim::CommandLine::Run(std::vector<std::string>(argv + 1, argv + argc), std::cout, std::cerr);
 }

@@ -55,8 +55,8 @@ std::string Application::Advice(int status)
     }
 }
 
-int Application::RunCommand(Command& command, const std::vector<std::string>& words, std::ostream& out,
-                            std::ostream& messages)
+int Application::RunCommand(
+    Command& command, const std::vector<std::string>& words, std::ostream& out, std::ostream& messages)
 {
     if (std::find(words.begin(), words.end(), "--help") != words.end()) {
         out << command.Help();

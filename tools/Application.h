@@ -19,8 +19,7 @@ public:
 
 private:
     Command* Find(const std::string& name) const;
-    int RunCommand(Command& command, const std::vector<std::string>& words, std::ostream& out,
-                   std::ostream& messages);
+    int RunCommand(Command& command, const std::vector<std::string>& words, std::ostream& out, std::ostream& messages);
     static std::string Advice(int status);
 
     std::vector<std::unique_ptr<Command>> commands;

@@ -17,8 +17,8 @@ const OptionSpec* Find(const std::vector<OptionSpec>& known, const std::string& 
 
 }
 
-Arguments::Arguments(const std::string& command, const std::vector<std::string>& words,
-                     const std::vector<OptionSpec>& known)
+Arguments::Arguments(
+    const std::string& command, const std::vector<std::string>& words, const std::vector<OptionSpec>& known)
     : command(command)
 {
     for (std::size_t i = 0; i < words.size(); ++i) {
@@ -73,13 +73,13 @@ long Arguments::Whole(const std::string& name, long fallback, long lowest, long 
     const auto value = DecimalText::ParseWhole(*text);
     if (!value || *value < lowest || *value > highest) {
         throw CliError::Usage(name + " takes a whole number from " + std::to_string(lowest) + " to " +
-                              std::to_string(highest) + ", not '" + *text + "'");
+            std::to_string(highest) + ", not '" + *text + "'");
     }
     return *value;
 }
 
-std::string Arguments::Choice(const std::string& name, const std::string& fallback,
-                              const std::vector<std::string>& words) const
+std::string Arguments::Choice(
+    const std::string& name, const std::string& fallback, const std::vector<std::string>& words) const
 {
     const std::string value = Value(name, fallback);
     if (std::find(words.begin(), words.end(), value) != words.end()) {

@@ -21,7 +21,8 @@ public:
     // A whole number within bounds; a usage error otherwise.
     long Whole(const std::string& name, long fallback, long lowest, long highest) const;
     // One of the words given; a usage error otherwise.
-    std::string Choice(const std::string& name, const std::string& fallback, const std::vector<std::string>& words) const;
+    std::string Choice(
+        const std::string& name, const std::string& fallback, const std::vector<std::string>& words) const;
     const std::vector<std::string>& Positional() const { return positional; }
 
 private:

@@ -4,7 +4,7 @@
 
 namespace OrbelCli {
 
-CgatsFormatter::CgatsFormatter(std::string created) : created(std::move(created)) {}
+CgatsFormatter::CgatsFormatter(std::string created) : created(std::move(created)) { }
 
 // A value with blanks or quotes is quoted, the quotes inside doubled.
 std::string CgatsFormatter::Field(const std::string& value)
@@ -26,8 +26,7 @@ void CgatsFormatter::Write(std::ostream& out, const MeasurementReport& report) c
     out << "ORIGINATOR\t\"orbel\"\n";
     out << "DESCRIPTOR\t\"" << report.mode << "\"\n";
     out << "CREATED\t\"" << created << "\"\n";
-    out << "MEASUREMENT_SOURCE\t\"Illumination=" << report.illuminant << " ObserverAngle=" << report.observer
-        << "\"\n";
+    out << "MEASUREMENT_SOURCE\t\"Illumination=" << report.illuminant << " ObserverAngle=" << report.observer << "\"\n";
     for (const auto& [name, value] : report.notes) {
         out << "# " << name << ": " << value << '\n';
     }

@@ -2,7 +2,7 @@
 
 namespace OrbelCli {
 
-CliError::CliError(int exitStatus, const std::string& message) : std::runtime_error(message), exitStatus(exitStatus) {}
+CliError::CliError(int exitStatus, const std::string& message) : std::runtime_error(message), exitStatus(exitStatus) { }
 
 CliError CliError::Usage(const std::string& message)
 {

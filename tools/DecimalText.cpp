@@ -11,7 +11,7 @@ std::string DecimalText::Format(double value, int decimals)
         return "nan";
     }
     if (value == 0.0) {
-        value = 0.0;  // no "-0.000"
+        value = 0.0; // no "-0.000"
     }
     char buffer[64];
     const auto written = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);

@@ -105,8 +105,8 @@ MeasurementReport DemoCommand::MeasureSamples(const Tour& tour)
     MeasurementReport all;
     for (const DemoSample& sample : Samples) {
         tour.hand.Place(sample.target);
-        tour.prompt.Await(std::string("Place the instrument on the ") + sample.name +
-                          " sample and press the measurement key.");
+        tour.prompt.Await(
+            std::string("Place the instrument on the ") + sample.name + " sample and press the measurement key.");
         Instrument::Trigger();
         MeasurementReport one = reader.Read({sample.name}, true);
         all.mode = one.mode;
@@ -132,8 +132,8 @@ void DemoCommand::ScanStrip(const Tour& tour)
     tour.out << "  " << report.samples.size() << " of " << StripPatches << " patches recognised.\n";
 }
 
-void DemoCommand::MeasureLight(const Tour& tour, const std::string& mode, const std::string& target,
-                               const std::string& instruction)
+void DemoCommand::MeasureLight(
+    const Tour& tour, const std::string& mode, const std::string& target, const std::string& instruction)
 {
     CalibrateOnTile(tour, mode);
     const MeasurementReader reader(ColourOptions{"Emission", std::nullopt, std::nullopt, std::nullopt, std::nullopt});
@@ -147,8 +147,8 @@ void DemoCommand::MeasureLight(const Tour& tour, const std::string& mode, const 
         Line(tour.out, name, value);
     }
     const Triple& xyz = *report.samples.front().xyz;
-    Line(tour.out, "XYZ", DecimalText::Format(xyz[0], 2) + "  " + DecimalText::Format(xyz[1], 2) + "  " +
-                              DecimalText::Format(xyz[2], 2));
+    Line(tour.out, "XYZ",
+        DecimalText::Format(xyz[0], 2) + "  " + DecimalText::Format(xyz[1], 2) + "  " + DecimalText::Format(xyz[2], 2));
 }
 
 void DemoCommand::Unplug(const Tour& tour)

@@ -36,8 +36,8 @@ private:
     static void MeasurePaperWhite(const Tour& tour);
     static MeasurementReport MeasureSamples(const Tour& tour);
     static void ScanStrip(const Tour& tour);
-    static void MeasureLight(const Tour& tour, const std::string& mode, const std::string& target,
-                             const std::string& instruction);
+    static void MeasureLight(
+        const Tour& tour, const std::string& mode, const std::string& target, const std::string& instruction);
     static void Unplug(const Tour& tour);
 };
 

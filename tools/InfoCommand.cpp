@@ -27,7 +27,7 @@ std::vector<std::pair<std::string, std::string>> InfoCommand::Collect()
 {
     std::vector<std::pair<std::string, std::string>> answers;
     for (const char* key : {"Version", "Connection", "SerialNumber", "LastCalibrationTime", "LastCalibrationCounter",
-                            "PhysicalFilter", "MeasurementMode"}) {
+             "PhysicalFilter", "MeasurementMode"}) {
         answers.emplace_back(key, Instrument::Info(key));
     }
     return answers;

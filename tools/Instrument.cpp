@@ -29,13 +29,15 @@ void Instrument::RequireConnection()
         return;
     }
     if (code == OB_DeviceNotConnected) {
-        throw CliError(code, "No instrument is connected. Plug the instrument into a USB port and try again.\n" +
-                                 TryWithoutHardware);
+        throw CliError(code,
+            "No instrument is connected. Plug the instrument into a USB port and try again.\n" + TryWithoutHardware);
     }
     const std::string reason = OB_GetDeviceInfo("Connection");
     if (reason.find("in use by another process") != std::string::npos) {
-        throw CliError(code, reason + "\nAnother program is using the instrument. Close it, or wait until it has "
-                                      "finished, and try again.");
+        throw CliError(code,
+            reason +
+                "\nAnother program is using the instrument. Close it, or wait until it has "
+                "finished, and try again.");
     }
     throw CliError(code, reason + "\nThe module can't reach the instrument. Unplug it, plug it in again and retry.");
 }

@@ -31,7 +31,7 @@ std::string JsonFormatter::Number(float value)
     return std::isfinite(value) ? DecimalText::Shortest(value) : "null";
 }
 
-template <typename Values>
+template<typename Values>
 std::string JsonFormatter::Array(const Values& values)
 {
     std::string text = "[";
@@ -53,8 +53,8 @@ std::string JsonFormatter::SampleObject(const Sample& sample)
     if (sample.densities) {
         const auto& d = sample.densities->values;
         text += ",\n     \"densities\": {\"cyan\": " + Number(d[0]) + ", \"magenta\": " + Number(d[1]) +
-                ", \"yellow\": " + Number(d[2]) + ", \"black\": " + Number(d[3]) +
-                ", \"auto\": " + Quoted(sample.densities->autoFilter) + "}";
+            ", \"yellow\": " + Number(d[2]) + ", \"black\": " + Number(d[3]) +
+            ", \"auto\": " + Quoted(sample.densities->autoFilter) + "}";
     }
     if (sample.chosen) {
         text += ",\n     \"colour\": " + Array(*sample.chosen);

@@ -14,7 +14,7 @@ public:
 
 private:
     static std::string Number(float value);
-    template <typename Values>
+    template<typename Values>
     static std::string Array(const Values& values);
     static std::string SampleObject(const Sample& sample);
 };

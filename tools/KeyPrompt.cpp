@@ -66,8 +66,9 @@ void KeyPrompt::Countdown() const
         }
     }
     out << '\n';
-    throw CliError(OB_KeyNotPressed, "The measurement key wasn't pressed within " + std::to_string(seconds) +
-                                         " s. Run the command again, or give --no-wait to measure at once.");
+    throw CliError(OB_KeyNotPressed,
+        "The measurement key wasn't pressed within " + std::to_string(seconds) +
+            " s. Run the command again, or give --no-wait to measure at once.");
 }
 
 }

@@ -58,9 +58,9 @@ int MeasureCommand::Run(const Arguments& arguments, std::ostream& out, std::ostr
         prompt.Await("Place the instrument on its white tile for the dark reading and press the measurement key.");
         Instrument::Calibrate();
     }
-    prompt.Await(reflectance ? "Place the instrument on the sample and press the measurement key."
-                 : mode == "emission" ? "Hold the instrument against the display and press the measurement key."
-                                      : "Point the instrument at the light and press the measurement key.");
+    prompt.Await(reflectance     ? "Place the instrument on the sample and press the measurement key."
+            : mode == "emission" ? "Hold the instrument against the display and press the measurement key."
+                                 : "Point the instrument at the light and press the measurement key.");
     Instrument::Trigger();
     MeasurementReport report = reader.Read({arguments.Value("--id", "1")}, reflectance);
     if (!reflectance) {

@@ -13,24 +13,26 @@ const char* const ColourSpaceKey = "ColorSpaceDescription.Type";
 
 std::vector<OptionSpec> MeasurementReader::Options(std::vector<OptionSpec> own)
 {
-    own.insert(own.end(), {
-        {"--substrate", true, "FILE", "the paper white for densities (see orbel substrate)"},
-        {"--illuminant", true, "NAME", "A, C, D50, D55, D65 (default), D75, F2, F7, F11, Emission ..."},
-        {"--observer", true, "NAME", "TwoDegree (default) or TenDegree"},
-        {"--colour-space", true, "NAME", "also report CIELCh, CIELuv, CIExyY, HunterLab, RGB ... (CIELab and CIEXYZ always)"},
-        {"--white-base", true, "NAME", "Absolute, Paper or Automatic (default)"},
-        {"--density-standard", true, "NAME", "DIN (default), DINNB, ANSIA, ANSIT, SPI"},
-    });
+    own.insert(own.end(),
+        {
+            {"--substrate", true, "FILE", "the paper white for densities (see orbel substrate)"},
+            {"--illuminant", true, "NAME", "A, C, D50, D55, D65 (default), D75, F2, F7, F11, Emission ..."},
+            {"--observer", true, "NAME", "TwoDegree (default) or TenDegree"},
+            {"--colour-space", true, "NAME",
+                "also report CIELCh, CIELuv, CIExyY, HunterLab, RGB ... (CIELab and CIEXYZ always)"},
+            {"--white-base", true, "NAME", "Absolute, Paper or Automatic (default)"},
+            {"--density-standard", true, "NAME", "DIN (default), DINNB, ANSIA, ANSIT, SPI"},
+        });
     return ReportOutput::WithOutputOptions(std::move(own));
 }
 
 ColourOptions MeasurementReader::FromArguments(const Arguments& arguments)
 {
     return {arguments.Get("--illuminant"), arguments.Get("--observer"), arguments.Get("--colour-space"),
-            arguments.Get("--white-base"), arguments.Get("--density-standard")};
+        arguments.Get("--white-base"), arguments.Get("--density-standard")};
 }
 
-MeasurementReader::MeasurementReader(ColourOptions options) : options(std::move(options)) {}
+MeasurementReader::MeasurementReader(ColourOptions options) : options(std::move(options)) { }
 
 void MeasurementReader::ApplyOptions() const
 {
@@ -85,7 +87,8 @@ MeasurementReport MeasurementReader::Read(const std::vector<std::string>& names,
     report.colourSpace = FinalColourSpace();
     const int32_t count = Instrument::SampleCount();
     for (int32_t index = 0; index < count; ++index) {
-        const std::string id = static_cast<std::size_t>(index) < names.size() ? names[index] : std::to_string(index + 1);
+        const std::string id =
+            static_cast<std::size_t>(index) < names.size() ? names[index] : std::to_string(index + 1);
         report.samples.push_back(ReadSample(index, id, reflectance));
     }
     Instrument::SetOption(ColourSpaceKey, FinalColourSpace());

@@ -7,10 +7,10 @@ namespace OrbelCli {
 
 class PersonHand : public Hand {
 public:
-    void Place(const std::string&) override {}
-    void PrepareStrip(const std::string&) override {}
-    void PressKey() override {}
-    void Unplug() override {}
+    void Place(const std::string&) override { }
+    void PrepareStrip(const std::string&) override { }
+    void PressKey() override { }
+    void Unplug() override { }
     bool IsPerson() const override { return true; }
 };
 

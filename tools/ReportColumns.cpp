@@ -23,11 +23,11 @@ std::string FieldPrefix(const std::string& colourSpace)
     return prefix;
 }
 
-template <typename Part>
+template<typename Part>
 bool EverySampleHas(const MeasurementReport& report, Part part)
 {
     return !report.samples.empty() &&
-           std::all_of(report.samples.begin(), report.samples.end(), [&](const Sample& s) { return bool(s.*part); });
+        std::all_of(report.samples.begin(), report.samples.end(), [&](const Sample& s) { return bool(s.*part); });
 }
 
 void AddTriple(std::vector<std::string>& values, const Triple& triple, int decimals)

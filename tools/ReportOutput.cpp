@@ -38,8 +38,8 @@ void ReportOutput::Validate(const Arguments& arguments)
     arguments.Choice("--format", "table", {"table", "csv", "json", "cgats"});
 }
 
-void ReportOutput::Emit(const MeasurementReport& report, const Arguments& arguments, std::ostream& out,
-                        std::ostream& messages)
+void ReportOutput::Emit(
+    const MeasurementReport& report, const Arguments& arguments, std::ostream& out, std::ostream& messages)
 {
     Validate(arguments);
     ReportFormatter::Create(arguments.Value("--format", "table"))->Write(out, report);

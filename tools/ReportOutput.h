@@ -23,8 +23,8 @@ public:
     // Refuses a wrong --format before anything is measured.
     static void Validate(const Arguments& arguments);
     // Writes the report in the chosen format to out and the plot, if asked for, to its file.
-    static void Emit(const MeasurementReport& report, const Arguments& arguments, std::ostream& out,
-                     std::ostream& messages);
+    static void Emit(
+        const MeasurementReport& report, const Arguments& arguments, std::ostream& out, std::ostream& messages);
     static void Plot(const MeasurementReport& report, const std::string& path, std::ostream& messages);
     static KeyPrompt Prompt(const Arguments& arguments, std::ostream& messages, Hand& hand);
     // The emission values of the last sample as notes: luminance and colour temperature.

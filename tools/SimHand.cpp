@@ -6,7 +6,7 @@
 
 namespace OrbelCli {
 
-SimHand::SimHand(std::string program) : program(std::move(program)) {}
+SimHand::SimHand(std::string program) : program(std::move(program)) { }
 
 void SimHand::Place(const std::string& target)
 {

@@ -39,8 +39,8 @@ Spectrum SpectrumFile::Parse(const std::string& text, const std::string& origin)
         position = end;
     }
     if (count != spectrum.size()) {
-        throw CliError(OB_InvalidArgument, origin + ": a spectrum has 36 values (380 to 730 nm), this one " +
-                                               std::to_string(count));
+        throw CliError(OB_InvalidArgument,
+            origin + ": a spectrum has 36 values (380 to 730 nm), this one " + std::to_string(count));
     }
     return spectrum;
 }

@@ -73,11 +73,20 @@ std::string SvgPlot::Escaped(const std::string& text)
     std::string escaped;
     for (char c : text) {
         switch (c) {
-        case '&': escaped += "&amp;"; break;
-        case '<': escaped += "&lt;"; break;
-        case '>': escaped += "&gt;"; break;
-        case '"': escaped += "&quot;"; break;
-        default: escaped += c;
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        default:
+            escaped += c;
         }
     }
     return escaped;
@@ -85,8 +94,8 @@ std::string SvgPlot::Escaped(const std::string& text)
 
 std::string SvgPlot::Colour(std::size_t index)
 {
-    static const char* const palette[] = {"#1f77b4", "#d62728", "#2ca02c", "#ff7f0e", "#9467bd", "#8c564b",
-                                          "#e377c2", "#7f7f7f", "#bcbd22", "#17becf", "#393b79", "#637939"};
+    static const char* const palette[] = {"#1f77b4", "#d62728", "#2ca02c", "#ff7f0e", "#9467bd", "#8c564b", "#e377c2",
+        "#7f7f7f", "#bcbd22", "#17becf", "#393b79", "#637939"};
     return palette[index % std::size(palette)];
 }
 

@@ -18,7 +18,7 @@ void AddTriple(std::vector<std::string>& cells, const std::optional<Triple>& tri
 
 }
 
-TableFormatter::TableFormatter(int spectrumStep) : spectrumStep(spectrumStep) {}
+TableFormatter::TableFormatter(int spectrumStep) : spectrumStep(spectrumStep) { }
 
 void TableFormatter::Write(std::ostream& out, const MeasurementReport& report) const
 {
@@ -36,7 +36,8 @@ void TableFormatter::Write(std::ostream& out, const MeasurementReport& report) c
 void TableFormatter::WriteColourTable(std::ostream& out, const MeasurementReport& report)
 {
     const auto any = [&](auto part) {
-        return std::any_of(report.samples.begin(), report.samples.end(), [&](const Sample& s) { return bool(s.*part); });
+        return std::any_of(
+            report.samples.begin(), report.samples.end(), [&](const Sample& s) { return bool(s.*part); });
     };
     const bool lab = any(&Sample::lab);
     const bool xyz = any(&Sample::xyz);
@@ -83,7 +84,8 @@ void TableFormatter::WriteSpectrumTable(std::ostream& out, const MeasurementRepo
 {
     out << '\n';
     if (report.samples.size() > MaxSpectrumColumns) {
-        out << "  (" << report.samples.size() << " spectra: --format csv, json or cgats lists them, --plot draws them)\n";
+        out << "  (" << report.samples.size()
+            << " spectra: --format csv, json or cgats lists them, --plot draws them)\n";
         return;
     }
     std::vector<std::string> header{"nm"};

@@ -4,7 +4,7 @@
 
 namespace OrbelCli {
 
-TextTable::TextTable(std::vector<std::string> header) : header(std::move(header)) {}
+TextTable::TextTable(std::vector<std::string> header) : header(std::move(header)) { }
 
 void TextTable::AddRow(std::vector<std::string> cells)
 {

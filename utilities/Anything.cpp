@@ -12,26 +12,23 @@
 
 namespace Utilities {
 
-Anything::Anything() : body(new AnythingEmptyImplementation()) {}
+Anything::Anything() : body(new AnythingEmptyImplementation()) { }
 
-Anything::Anything(bool value) : body(new AnythingBoolImplementation(value)) {}
+Anything::Anything(bool value) : body(new AnythingBoolImplementation(value)) { }
 
-Anything::Anything(short value) : body(new AnythingShortImplementation(value)) {}
+Anything::Anything(short value) : body(new AnythingShortImplementation(value)) { }
 
-Anything::Anything(long value) : body(new AnythingLongImplementation(value)) {}
+Anything::Anything(long value) : body(new AnythingLongImplementation(value)) { }
 
-Anything::Anything(double value) : body(new AnythingDoubleImplementation(value)) {}
+Anything::Anything(double value) : body(new AnythingDoubleImplementation(value)) { }
 
-Anything::Anything(const char* text) : body(new AnythingStringImplementation(String(text))) {}
+Anything::Anything(const char* text) : body(new AnythingStringImplementation(String(text))) { }
 
-Anything::Anything(const String& text) : body(new AnythingStringImplementation(text)) {}
+Anything::Anything(const String& text) : body(new AnythingStringImplementation(text)) { }
 
-Anything::Anything(const Map<String, Anything>& map) : body(new AnythingMapOfAnythingsImplementation(map)) {}
+Anything::Anything(const Map<String, Anything>& map) : body(new AnythingMapOfAnythingsImplementation(map)) { }
 
-Anything::Anything(const Vector<Anything>& vector)
-    : body(new AnythingVectorOfAnythingsImplementation(vector))
-{
-}
+Anything::Anything(const Vector<Anything>& vector) : body(new AnythingVectorOfAnythingsImplementation(vector)) { }
 
 Anything::Anything(const Anything& other) = default;
 

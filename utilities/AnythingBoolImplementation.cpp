@@ -4,7 +4,7 @@
 
 namespace Utilities {
 
-AnythingBoolImplementation::AnythingBoolImplementation(bool value) : value(value) {}
+AnythingBoolImplementation::AnythingBoolImplementation(bool value) : value(value) { }
 
 AnythingBoolImplementation::~AnythingBoolImplementation() = default;
 

@@ -6,7 +6,7 @@
 
 namespace Utilities {
 
-AnythingDoubleImplementation::AnythingDoubleImplementation(double value) : value(value) {}
+AnythingDoubleImplementation::AnythingDoubleImplementation(double value) : value(value) { }
 
 AnythingDoubleImplementation::~AnythingDoubleImplementation() = default;
 

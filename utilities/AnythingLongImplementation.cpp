@@ -6,7 +6,7 @@
 
 namespace Utilities {
 
-AnythingLongImplementation::AnythingLongImplementation(long value) : value(value) {}
+AnythingLongImplementation::AnythingLongImplementation(long value) : value(value) { }
 
 AnythingLongImplementation::~AnythingLongImplementation() = default;
 

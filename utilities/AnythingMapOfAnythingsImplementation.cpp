@@ -4,7 +4,10 @@
 
 namespace Utilities {
 
-AnythingMapOfAnythingsImplementation::AnythingMapOfAnythingsImplementation(const Map<String, Anything>& value) : value(value) {}
+AnythingMapOfAnythingsImplementation::AnythingMapOfAnythingsImplementation(const Map<String, Anything>& value)
+    : value(value)
+{
+}
 
 AnythingMapOfAnythingsImplementation::~AnythingMapOfAnythingsImplementation() = default;
 

@@ -6,7 +6,7 @@
 
 namespace Utilities {
 
-AnythingShortImplementation::AnythingShortImplementation(short value) : value(value) {}
+AnythingShortImplementation::AnythingShortImplementation(short value) : value(value) { }
 
 AnythingShortImplementation::~AnythingShortImplementation() = default;
 

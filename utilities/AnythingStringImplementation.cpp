@@ -4,7 +4,7 @@
 
 namespace Utilities {
 
-AnythingStringImplementation::AnythingStringImplementation(const String& value) : value(value) {}
+AnythingStringImplementation::AnythingStringImplementation(const String& value) : value(value) { }
 
 AnythingStringImplementation::~AnythingStringImplementation() = default;
 

@@ -4,7 +4,10 @@
 
 namespace Utilities {
 
-AnythingVectorOfAnythingsImplementation::AnythingVectorOfAnythingsImplementation(const Vector<Anything>& value) : value(value) {}
+AnythingVectorOfAnythingsImplementation::AnythingVectorOfAnythingsImplementation(const Vector<Anything>& value)
+    : value(value)
+{
+}
 
 AnythingVectorOfAnythingsImplementation::~AnythingVectorOfAnythingsImplementation() = default;
 

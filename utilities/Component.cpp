@@ -4,7 +4,7 @@
 
 namespace Utilities {
 
-Component::Component() : creator(nullptr) {}
+Component::Component() : creator(nullptr) { }
 
 Component::Component(const Component& other) = default;
 

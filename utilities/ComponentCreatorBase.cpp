@@ -40,8 +40,8 @@ void ComponentCreatorBase::ReleaseInstanceOf(ComponentCreatorBase* creator)
     }
 }
 
-ComponentDescriptor ComponentCreatorBase::Describe(const char* name, const char* version, const char* category,
-                                                   ComponentDescriptor furtherKeys)
+ComponentDescriptor ComponentCreatorBase::Describe(
+    const char* name, const char* version, const char* category, ComponentDescriptor furtherKeys)
 {
     furtherKeys.insert_or_assign("name", Anything(name));
     furtherKeys.insert_or_assign("version", Anything(version));

@@ -32,8 +32,8 @@ public:
     static void ReleaseInstanceOf(ComponentCreatorBase* creator);
 
 protected:
-    static ComponentDescriptor Describe(const char* name, const char* version, const char* category,
-                                        ComponentDescriptor furtherKeys);
+    static ComponentDescriptor Describe(
+        const char* name, const char* version, const char* category, ComponentDescriptor furtherKeys);
 
     // Called by the most derived constructor and destructor, where GetDescriptor() is whole.
     // Failures are ignored: at process exit the NamingService may be gone already.

@@ -12,11 +12,11 @@ namespace Utilities {
 
 // Makes a new T at every request and counts the instances that are out.
 template<class T>
-    requires std::derived_from<T, Component> && std::default_initializable<T>
+requires std::derived_from<T, Component> && std::default_initializable<T>
 class ComponentCreatorNormal : public ComponentCreatorBase {
 public:
-    ComponentCreatorNormal(const char* name, const char* version, const char* category,
-                           ComponentDescriptor furtherKeys = {})
+    ComponentCreatorNormal(
+        const char* name, const char* version, const char* category, ComponentDescriptor furtherKeys = {})
         : descriptor(Describe(name, version, category, std::move(furtherKeys))), instanceCount(0)
     {
         Register();

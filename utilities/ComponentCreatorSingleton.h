@@ -19,11 +19,11 @@ namespace Utilities {
 // they join the loading module's NamingService rather than the plug-in's own copy of it, and leave
 // it again when the module is unloaded.
 template<class T>
-    requires std::derived_from<T, Component> && std::default_initializable<T>
+requires std::derived_from<T, Component> && std::default_initializable<T>
 class ComponentCreatorSingleton : public ComponentCreatorBase {
 public:
-    ComponentCreatorSingleton(const char* name, const char* version, const char* category,
-                              ComponentDescriptor furtherKeys = {})
+    ComponentCreatorSingleton(
+        const char* name, const char* version, const char* category, ComponentDescriptor furtherKeys = {})
         : descriptor(Describe(name, version, category, std::move(furtherKeys)))
     {
         Register();

@@ -9,6 +9,6 @@ SmartPointer<DllLoader> DllLoader::Create(ComponentRegistry& registry)
     return SmartPointer<DllLoader>(new DllLoader_PC(registry));
 }
 
-DllLoader::DllLoader(ComponentRegistry& registry) : registry(registry) {}
+DllLoader::DllLoader(ComponentRegistry& registry) : registry(registry) { }
 
 }

@@ -21,17 +21,11 @@ Diagnostics::String DemangledName(const std::type_info& type)
 
 }
 
-Exception::Exception(const String& text) : text(new String(text))
-{
-}
+Exception::Exception(const String& text) : text(new String(text)) { }
 
-Exception::Exception(const char* text) : text(new String(String(text)))
-{
-}
+Exception::Exception(const char* text) : text(new String(String(text))) { }
 
-Exception::Exception(const Exception& other) : text(new String(*other.text))
-{
-}
+Exception::Exception(const Exception& other) : text(new String(*other.text)) { }
 
 Exception& Exception::operator=(const Exception& other)
 {

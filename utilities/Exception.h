@@ -28,12 +28,12 @@ private:
 }
 
 // Every class of the family has the same three constructors and adds nothing else.
-#define ORBEL_EXCEPTION_CLASS(Name, Base)                              \
-    class Name : public Base {                                         \
-    public:                                                            \
-        explicit Name(const ::Utilities::String& text) : Base(text) {} \
-        explicit Name(const char* text) : Base(text) {}                \
-        Name(const Name& other) = default;                             \
-        Name& operator=(const Name& other) = default;                  \
-        ~Name() override;                                              \
+#define ORBEL_EXCEPTION_CLASS(Name, Base)                                                                              \
+    class Name : public Base {                                                                                         \
+    public:                                                                                                            \
+        explicit Name(const ::Utilities::String& text) : Base(text) { }                                                \
+        explicit Name(const char* text) : Base(text) { }                                                               \
+        Name(const Name& other) = default;                                                                             \
+        Name& operator=(const Name& other) = default;                                                                  \
+        ~Name() override;                                                                                              \
     }

@@ -55,7 +55,7 @@ String VersionLine(const char* role, const File& file, const String& fileVersion
 
 }
 
-FileLanguageService::FileLanguageService() : FileLanguageService(Directory::DirectoryApplication, String()) {}
+FileLanguageService::FileLanguageService() : FileLanguageService(Directory::DirectoryApplication, String()) { }
 
 FileLanguageService::FileLanguageService(const String& applicationDirectory)
     : FileLanguageService(Directory::DirectoryGiven, applicationDirectory)
@@ -105,7 +105,7 @@ Diagnostics::String FileLanguageService::GetValueString() const
 {
     const Guard guard(lock);
     return Diagnostics::String("Version: ") + version.ToDiagnostics() + Diagnostics::String(", ") +
-           language.ToDiagnostics();
+        language.ToDiagnostics();
 }
 
 String FileLanguageService::Translate(const String& key)
@@ -227,8 +227,8 @@ bool FileLanguageService::ReadLanguages(String& errorText)
     const SmartPointer<Directory> application = ApplicationDirectory();
     const std::vector<SmartPointer<Directory>> found = application->GetSubdirectories(languagesName);
     if (found.empty()) {
-        errorText += String(initialisationFailure) + String("Directory ") + application->GetPath() +
-                     String(" missing!\n\n");
+        errorText +=
+            String(initialisationFailure) + String("Directory ") + application->GetPath() + String(" missing!\n\n");
         return false;
     }
     const SmartPointer<Directory>& languages = found.front();
@@ -252,8 +252,8 @@ bool FileLanguageService::ReadLanguage(File& keyFile, File& languageFile, String
     const String languageVersion = languageFile.ReadLine();
     if (languageVersion != version) {
         errorText += String("Version conflict in Languagefiles!\n\n") + VersionLine("Keyfile", keyFile, version) +
-                     VersionLine("Languagefile", languageFile, languageVersion) + String("\n") +
-                     String("Translations for this language are not taken!\n\n");
+            VersionLine("Languagefile", languageFile, languageVersion) + String("\n") +
+            String("Translations for this language are not taken!\n\n");
     } else {
         ReadTranslations(keyFile, languageFile, translations[LanguageNameOf(languageFile.GetName())]);
     }
@@ -300,8 +300,7 @@ const String* FileLanguageService::TranslationOf(const String& key) const
 // One line per key: the key, a tab and the number of requests.
 void FileLanguageService::WriteUsageLog() const
 {
-    const SmartPointer<File> log =
-        File::Create(ApplicationDirectory()->GetPath() + String('/') + String(usageLogName));
+    const SmartPointer<File> log = File::Create(ApplicationDirectory()->GetPath() + String('/') + String(usageLogName));
     log->Delete();
     log->Open(false);
     const Map<String, unsigned long>& counts = *usage;

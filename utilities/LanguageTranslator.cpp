@@ -5,7 +5,7 @@
 
 namespace Utilities {
 
-LanguageTranslator::LanguageTranslator() : service(ResolveAs<LanguageService>("LanguageService")) {}
+LanguageTranslator::LanguageTranslator() : service(ResolveAs<LanguageService>("LanguageService")) { }
 
 String LanguageTranslator::Translate(const String& key) const
 {

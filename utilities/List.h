@@ -17,7 +17,7 @@ class List {
     using Node = ListNode<T>;
 
 public:
-    List() : count(0), hasRemovedNodes(false), head(nullptr), tail(nullptr) {}
+    List() : count(0), hasRemovedNodes(false), head(nullptr), tail(nullptr) { }
 
     List(const List& other) : List() { CopyNodesOf(other); }
 

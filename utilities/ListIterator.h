@@ -19,7 +19,7 @@ class ListIterator {
     using Node = ListNode<Element>;
 
 public:
-    ListIterator() : node(nullptr) {}
+    ListIterator() : node(nullptr) { }
 
     ListIterator(const ListIterator& other) : node(other.node) { Enter(); }
 
@@ -40,8 +40,7 @@ public:
     ListIterator& operator++()
     {
         if (!IsValid()) {
-            throw ExceptionOutOfBound(
-                "ListIterator::operator++(): Can't increment iterator because it's invalid");
+            throw ExceptionOutOfBound("ListIterator::operator++(): Can't increment iterator because it's invalid");
         }
         Node* following = node->next;
         while (following != nullptr && following->removed) {
@@ -54,8 +53,7 @@ public:
     T& Current() const
     {
         if (!IsValid()) {
-            throw ExceptionOutOfBound(
-                "ListIterator::Current(): Can't return value because iterator is invalid");
+            throw ExceptionOutOfBound("ListIterator::Current(): Can't return value because iterator is invalid");
         }
         return node->element;
     }
@@ -63,8 +61,7 @@ public:
     T* operator->() const
     {
         if (!IsValid()) {
-            throw ExceptionOutOfBound(
-                "ListIterator::operator->(): Can't return value because iterator is invalid");
+            throw ExceptionOutOfBound("ListIterator::operator->(): Can't return value because iterator is invalid");
         }
         return &node->element;
     }

@@ -27,12 +27,9 @@ class Map {
 public:
     static constexpr uint32_t defaultBucketCount = 53;
 
-    Map() : count(0), buckets(nullptr), bucketCount(defaultBucketCount) {}
+    Map() : count(0), buckets(nullptr), bucketCount(defaultBucketCount) { }
 
-    Map(const Map& other)
-        : count(other.count), buckets(CopyOfBuckets(other)), bucketCount(other.bucketCount)
-    {
-    }
+    Map(const Map& other) : count(other.count), buckets(CopyOfBuckets(other)), bucketCount(other.bucketCount) { }
 
     Map& operator=(const Map& other)
     {

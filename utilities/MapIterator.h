@@ -55,7 +55,7 @@ private:
     template<class, class>
     friend class Map;
 
-    explicit MapIterator(MapType& map) : bucket(map.bucketCount), position(), map(&map) {}
+    explicit MapIterator(MapType& map) : bucket(map.bucketCount), position(), map(&map) { }
 
     MapIterator(MapType& map, uint32_t bucket, const ListIterator<Entry>& position)
         : bucket(bucket), position(position), map(&map)

@@ -123,8 +123,8 @@ void NamingService::RemoveCreator(ComponentCreatorBase* creator)
 {
     std::lock_guard<std::mutex> guard(lock);
     std::erase(registered, creator);
-    const auto entered = std::find_if(creators.begin(), creators.end(),
-                                      [creator](const auto& entry) { return entry.second == creator; });
+    const auto entered = std::find_if(
+        creators.begin(), creators.end(), [creator](const auto& entry) { return entry.second == creator; });
     if (entered != creators.end()) {
         const std::string name = entered->first;
         creators.erase(entered);
@@ -214,8 +214,7 @@ void NamingService::LoadPlugin(const SmartPointer<File>& file)
     loader->Load(file);
     std::lock_guard<std::mutex> guard(lock);
     if (!creatorAdded) {
-        throw ExceptionNamingService("NamingService: " + file->GetName().ToStdString() +
-                                     " is not a valid plugin DLL.");
+        throw ExceptionNamingService("NamingService: " + file->GetName().ToStdString() + " is not a valid plugin DLL.");
     }
     loaders.push_back(loader);
 }
@@ -242,8 +241,8 @@ ComponentCreatorBase* NamingService::FindCreator(const std::string& name)
 
 // The first request of a full name makes the object; an object that another thread entered
 // meanwhile is the one that every holder of the name shares.
-void NamingService::ResolveNamedInstance(const std::string& prefix, const std::string& suffix,
-                                         SmartPointer<Component>& result)
+void NamingService::ResolveNamedInstance(
+    const std::string& prefix, const std::string& suffix, SmartPointer<Component>& result)
 {
     const std::string key = prefix + ":" + suffix;
     {

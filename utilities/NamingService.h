@@ -65,8 +65,7 @@ private:
     void LoadPlugin(const SmartPointer<File>& file);
     void UnloadPlugins();
     ComponentCreatorBase* FindCreator(const std::string& name);
-    void ResolveNamedInstance(const std::string& prefix, const std::string& suffix,
-                              SmartPointer<Component>& result);
+    void ResolveNamedInstance(const std::string& prefix, const std::string& suffix, SmartPointer<Component>& result);
     void ElectCreator(const std::string& name);
     void PrepareCreatorsForUnload();
 

@@ -70,7 +70,7 @@ private:
 
     class CallUnderWay {
     public:
-        CallUnderWay(Observee& observee, Observer<T>* observer) : observee(observee), observer(observer) {}
+        CallUnderWay(Observee& observee, Observer<T>* observer) : observee(observee), observer(observer) { }
         CallUnderWay(const CallUnderWay&) = delete;
         CallUnderWay& operator=(const CallUnderWay&) = delete;
         ~CallUnderWay() { observee.EndCall(observer); }
@@ -103,7 +103,7 @@ private:
     {
         const std::thread::id self = std::this_thread::get_id();
         return std::any_of(calls.begin(), calls.end(),
-                           [observer, self](const Call& call) { return call.first == observer && call.second != self; });
+            [observer, self](const Call& call) { return call.first == observer && call.second != self; });
     }
 
     std::list<Observer<T>*> Snapshot() const

@@ -19,16 +19,16 @@ class SmartPointer : public ReferenceManager {
 public:
     using Counter = std::atomic<uint32_t>;
 
-    SmartPointer() : count(nullptr), pointer(nullptr) {}
+    SmartPointer() : count(nullptr), pointer(nullptr) { }
 
     // Takes ownership; a raw pointer is handed to a SmartPointer exactly once.
-    SmartPointer(T* object) : count(object == nullptr ? nullptr : new Counter(1)), pointer(object) {}
+    SmartPointer(T* object) : count(object == nullptr ? nullptr : new Counter(1)), pointer(object) { }
 
     SmartPointer(const SmartPointer& other) : count(other.count), pointer(other.pointer) { Share(); }
 
     template<class U>
-        requires std::convertible_to<U*, T*>
-    SmartPointer(const SmartPointer<U>& other) : count(other.count), pointer(other.pointer)
+    requires std::convertible_to<U*, T*> SmartPointer(const SmartPointer<U>& other)
+        : count(other.count), pointer(other.pointer)
     {
         Share();
     }
@@ -36,8 +36,7 @@ public:
     // Shares the count of source for castPointer, which is source's object seen as a T.
     template<class U>
     SmartPointer(T* castPointer, const SmartPointer<U>& source)
-        : count(castPointer == nullptr ? nullptr : source.count),
-          pointer(count == nullptr ? nullptr : castPointer)
+        : count(castPointer == nullptr ? nullptr : source.count), pointer(count == nullptr ? nullptr : castPointer)
     {
         Share();
     }
@@ -54,7 +53,7 @@ public:
 
     ~SmartPointer() override { Release(); }
 
-    void Anchor() override {}
+    void Anchor() override { }
 
     T* operator->() const
     {

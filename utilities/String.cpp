@@ -122,17 +122,11 @@ String::String(long value) : String()
     Assign(digits, static_cast<uint32_t>(result.ptr - digits));
 }
 
-String::String(int value) : String(static_cast<long>(value))
-{
-}
+String::String(int value) : String(static_cast<long>(value)) { }
 
-String::String(short value) : String(static_cast<long>(value))
-{
-}
+String::String(short value) : String(static_cast<long>(value)) { }
 
-String::String(unsigned short value) : String(static_cast<unsigned long>(value))
-{
-}
+String::String(unsigned short value) : String(static_cast<unsigned long>(value)) { }
 
 String::String(unsigned long value) : String()
 {
@@ -202,8 +196,7 @@ String::String(const String& other) : buffer(inlineBuffer), length(0), stamp(oth
     Assign(other.buffer, other.length);
 }
 
-String::String(const char* first, uint32_t firstLength, const char* second, uint32_t secondLength)
-    : String()
+String::String(const char* first, uint32_t firstLength, const char* second, uint32_t secondLength) : String()
 {
     ReserveExactly(firstLength + secondLength);
     std::memcpy(buffer, first, firstLength);

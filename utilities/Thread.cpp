@@ -11,9 +11,7 @@ constexpr unsigned long waitOnDestructionMs = 1000;
 
 }
 
-Thread::Thread() : stopRequested(false), runsUnderWay(0)
-{
-}
+Thread::Thread() : stopRequested(false), runsUnderWay(0) { }
 
 Thread::~Thread()
 {

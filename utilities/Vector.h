@@ -19,7 +19,7 @@ public:
     {
     }
 
-    Vector(const Vector& other) : size(other.size), elements(CopyOf(other)) {}
+    Vector(const Vector& other) : size(other.size), elements(CopyOf(other)) { }
 
     Vector& operator=(const Vector& other)
     {

@@ -1,8 +1,8 @@
 #include "driver/platform/LibUsbConnection.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <cstring>
 #include <vector>
@@ -49,7 +49,7 @@ std::uint16_t HostOrderWord(const std::uint8_t* bytes)
 }
 
 LibUsbConnection::LibUsbConnection(const Utilities::String& path, std::shared_ptr<libusb_context> context,
-                                   libusb_device_handle* handle, int interfaceNumber, const Endpoints& endpoints)
+    libusb_device_handle* handle, int interfaceNumber, const Endpoints& endpoints)
     : UsbConnection(path), context(std::move(context)), handle(handle), interfaceNumber(interfaceNumber),
       endpoints(endpoints)
 {
@@ -61,8 +61,8 @@ LibUsbConnection::~LibUsbConnection()
     libusb_close(handle);
 }
 
-UsbResult LibUsbConnection::ControlTransfer(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length,
-                                            std::uint32_t timeoutMs)
+UsbResult LibUsbConnection::ControlTransfer(
+    const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length, std::uint32_t timeoutMs)
 {
     if (request == nullptr || (length > 0 && payload == nullptr)) {
         return UsbResult::Failure(EINVAL);
@@ -73,7 +73,7 @@ UsbResult LibUsbConnection::ControlTransfer(const std::uint8_t* request, std::ui
     const bool in = request[0] == DirectionIn;
     std::vector<unsigned char> buffer(LIBUSB_CONTROL_SETUP_SIZE + length);
     libusb_fill_control_setup(buffer.data(), RequestType(request), request[4], HostOrderWord(request + 6),
-                              HostOrderWord(request + 8), static_cast<std::uint16_t>(length));
+        HostOrderWord(request + 8), static_cast<std::uint16_t>(length));
     if (!in) {
         std::copy(payload, payload + length, buffer.begin() + LIBUSB_CONTROL_SETUP_SIZE);
     }
@@ -98,15 +98,15 @@ UsbResult LibUsbConnection::BulkRead(std::uint8_t* buffer, std::uint32_t length,
     if (!transfer) {
         return UsbResult::Failure(ENOMEM);
     }
-    libusb_fill_bulk_transfer(transfer.get(), handle, endpoints.bulkIn, buffer, static_cast<int>(length), nullptr,
-                              nullptr, timeoutMs);
+    libusb_fill_bulk_transfer(
+        transfer.get(), handle, endpoints.bulkIn, buffer, static_cast<int>(length), nullptr, nullptr, timeoutMs);
     return Run(transfer.get(), false);
 }
 
 // The transfer goes to libusb at once; a second one submitted behind it waits its turn on the
 // endpoint, so the bus is never idle between the two.
-LibUsbConnection::ReadTicket LibUsbConnection::SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length,
-                                                              std::uint32_t timeoutMs)
+LibUsbConnection::ReadTicket LibUsbConnection::SubmitBulkRead(
+    std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs)
 {
     auto read = std::make_unique<Submitted>();
     if (Unusable(buffer, length)) {
@@ -115,7 +115,7 @@ LibUsbConnection::ReadTicket LibUsbConnection::SubmitBulkRead(std::uint8_t* buff
         read->refusal = LIBUSB_ERROR_NO_MEM;
     } else {
         libusb_fill_bulk_transfer(read->transfer, handle, endpoints.bulkIn, buffer, static_cast<int>(length),
-                                  MarkCompleted, &read->completed, timeoutMs);
+            MarkCompleted, &read->completed, timeoutMs);
     }
     std::lock_guard<std::mutex> lock(mutex);
     if (read->transfer != nullptr) {
@@ -169,7 +169,7 @@ bool LibUsbConnection::HandleEventsUntil(int& completed, libusb_transfer* transf
     bool cancelled = false;
     bool late = false;
     while (completed == 0) {
-        timeval step {0, 100000};
+        timeval step{0, 100000};
         const int handled = libusb_handle_events_timeout_completed(context.get(), &step, &completed);
         late = late || (waitMs != 0 && completed == 0 && std::chrono::steady_clock::now() >= deadline);
         if (!cancelled && ((handled != 0 && handled != LIBUSB_ERROR_INTERRUPTED) || late)) {
@@ -191,7 +191,7 @@ UsbResult LibUsbConnection::BulkWrite(const std::uint8_t* data, std::uint32_t le
     }
     // libusb takes one buffer type for both directions; it doesn't write to an outgoing one.
     libusb_fill_bulk_transfer(transfer.get(), handle, endpoints.bulkOut, const_cast<std::uint8_t*>(data),
-                              static_cast<int>(length), nullptr, nullptr, timeoutMs);
+        static_cast<int>(length), nullptr, nullptr, timeoutMs);
     return Run(transfer.get(), false);
 }
 
@@ -204,8 +204,8 @@ UsbResult LibUsbConnection::InterruptRead(std::uint8_t* buffer, std::uint32_t le
     if (!transfer) {
         return UsbResult::Failure(ENOMEM);
     }
-    libusb_fill_interrupt_transfer(transfer.get(), handle, endpoints.interruptIn, buffer, static_cast<int>(length),
-                                   nullptr, nullptr, 0);
+    libusb_fill_interrupt_transfer(
+        transfer.get(), handle, endpoints.interruptIn, buffer, static_cast<int>(length), nullptr, nullptr, 0);
     return Run(transfer.get(), true);
 }
 
@@ -254,50 +254,50 @@ UsbResult LibUsbConnection::Run(libusb_transfer* transfer, bool interrupt)
 UsbResult LibUsbConnection::Outcome(const libusb_transfer* transfer)
 {
     switch (transfer->status) {
-        case LIBUSB_TRANSFER_COMPLETED:
-            return UsbResult::Success(static_cast<std::uint32_t>(transfer->actual_length));
-        case LIBUSB_TRANSFER_TIMED_OUT:
-            return UsbResult::Timeout();
-        case LIBUSB_TRANSFER_CANCELLED:
-            return UsbResult::Cancelled();
-        case LIBUSB_TRANSFER_STALL:
-            return UsbResult::Failure(EPIPE);
-        case LIBUSB_TRANSFER_NO_DEVICE:
-            return UsbResult::NoDevice();
-        case LIBUSB_TRANSFER_OVERFLOW:
-            return UsbResult::Failure(EOVERFLOW);
-        default:
-            return UsbResult::Failure(EIO);
+    case LIBUSB_TRANSFER_COMPLETED:
+        return UsbResult::Success(static_cast<std::uint32_t>(transfer->actual_length));
+    case LIBUSB_TRANSFER_TIMED_OUT:
+        return UsbResult::Timeout();
+    case LIBUSB_TRANSFER_CANCELLED:
+        return UsbResult::Cancelled();
+    case LIBUSB_TRANSFER_STALL:
+        return UsbResult::Failure(EPIPE);
+    case LIBUSB_TRANSFER_NO_DEVICE:
+        return UsbResult::NoDevice();
+    case LIBUSB_TRANSFER_OVERFLOW:
+        return UsbResult::Failure(EOVERFLOW);
+    default:
+        return UsbResult::Failure(EIO);
     }
 }
 
 UsbResult LibUsbConnection::ErrorResult(int libusbError)
 {
     switch (libusbError) {
-        case LIBUSB_ERROR_INVALID_PARAM:
-            return UsbResult::Failure(EINVAL);
-        case LIBUSB_ERROR_ACCESS:
-            return UsbResult::Failure(EACCES);
-        case LIBUSB_ERROR_NO_DEVICE:
-            return UsbResult::NoDevice();
-        case LIBUSB_ERROR_NOT_FOUND:
-            return UsbResult::Failure(ENXIO);
-        case LIBUSB_ERROR_BUSY:
-            return UsbResult::Failure(EBUSY);
-        case LIBUSB_ERROR_TIMEOUT:
-            return UsbResult::Timeout();
-        case LIBUSB_ERROR_OVERFLOW:
-            return UsbResult::Failure(EOVERFLOW);
-        case LIBUSB_ERROR_PIPE:
-            return UsbResult::Failure(EPIPE);
-        case LIBUSB_ERROR_INTERRUPTED:
-            return UsbResult::Failure(EINTR);
-        case LIBUSB_ERROR_NO_MEM:
-            return UsbResult::Failure(ENOMEM);
-        case LIBUSB_ERROR_NOT_SUPPORTED:
-            return UsbResult::Failure(EOPNOTSUPP);
-        default:
-            return UsbResult::Failure(EIO);
+    case LIBUSB_ERROR_INVALID_PARAM:
+        return UsbResult::Failure(EINVAL);
+    case LIBUSB_ERROR_ACCESS:
+        return UsbResult::Failure(EACCES);
+    case LIBUSB_ERROR_NO_DEVICE:
+        return UsbResult::NoDevice();
+    case LIBUSB_ERROR_NOT_FOUND:
+        return UsbResult::Failure(ENXIO);
+    case LIBUSB_ERROR_BUSY:
+        return UsbResult::Failure(EBUSY);
+    case LIBUSB_ERROR_TIMEOUT:
+        return UsbResult::Timeout();
+    case LIBUSB_ERROR_OVERFLOW:
+        return UsbResult::Failure(EOVERFLOW);
+    case LIBUSB_ERROR_PIPE:
+        return UsbResult::Failure(EPIPE);
+    case LIBUSB_ERROR_INTERRUPTED:
+        return UsbResult::Failure(EINTR);
+    case LIBUSB_ERROR_NO_MEM:
+        return UsbResult::Failure(ENOMEM);
+    case LIBUSB_ERROR_NOT_SUPPORTED:
+        return UsbResult::Failure(EOPNOTSUPP);
+    default:
+        return UsbResult::Failure(EIO);
     }
 }
 

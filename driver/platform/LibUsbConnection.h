@@ -27,11 +27,11 @@ public:
 
     // Takes over an opened handle whose interface `interfaceNumber` is claimed.
     LibUsbConnection(const Utilities::String& path, std::shared_ptr<libusb_context> context,
-                     libusb_device_handle* handle, int interfaceNumber, const Endpoints& endpoints);
+        libusb_device_handle* handle, int interfaceNumber, const Endpoints& endpoints);
     ~LibUsbConnection() override;
 
-    UsbResult ControlTransfer(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length,
-                              std::uint32_t timeoutMs) override;
+    UsbResult ControlTransfer(
+        const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length, std::uint32_t timeoutMs) override;
     UsbResult BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
     UsbResult BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs) override;
     ReadTicket SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;

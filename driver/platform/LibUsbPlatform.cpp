@@ -78,7 +78,7 @@ std::vector<libusb_device*> LibUsbPlatform::Instruments(libusb_device* const* li
 {
     std::vector<libusb_device*> found;
     for (long i = 0; i < count; ++i) {
-        libusb_device_descriptor descriptor {};
+        libusb_device_descriptor descriptor{};
         if (libusb_get_device_descriptor(list[i], &descriptor) == 0 && descriptor.idVendor == vendorId &&
             descriptor.idProduct == productId) {
             found.push_back(list[i]);
@@ -87,8 +87,8 @@ std::vector<libusb_device*> LibUsbPlatform::Instruments(libusb_device* const* li
     return found;
 }
 
-UsbResult LibUsbPlatform::OpenDevice(libusb_device* device, const Utilities::String& path,
-                                     std::unique_ptr<UsbConnection>& connection)
+UsbResult LibUsbPlatform::OpenDevice(
+    libusb_device* device, const Utilities::String& path, std::unique_ptr<UsbConnection>& connection)
 {
     int interfaceNumber = 0;
     LibUsbConnection::Endpoints endpoints;
@@ -129,8 +129,8 @@ int LibUsbPlatform::FindEndpoints(libusb_device* device, int& interfaceNumber, L
             const int type = setting.endpoint[e].bmAttributes & LIBUSB_TRANSFER_TYPE_MASK;
             const bool in = (address & LIBUSB_ENDPOINT_DIR_MASK) == LIBUSB_ENDPOINT_IN;
             std::uint8_t* slot = type == LIBUSB_TRANSFER_TYPE_BULK ? (in ? &found.bulkIn : &found.bulkOut)
-                                 : type == LIBUSB_TRANSFER_TYPE_INTERRUPT && in ? &found.interruptIn
-                                                                                  : nullptr;
+                : type == LIBUSB_TRANSFER_TYPE_INTERRUPT && in     ? &found.interruptIn
+                                                                   : nullptr;
             if (slot != nullptr && *slot == 0) {
                 *slot = address;
             }

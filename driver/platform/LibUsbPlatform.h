@@ -26,8 +26,8 @@ public:
 
 private:
     std::vector<libusb_device*> Instruments(libusb_device* const* list, long count) const;
-    UsbResult OpenDevice(libusb_device* device, const Utilities::String& path,
-                         std::unique_ptr<UsbConnection>& connection);
+    UsbResult OpenDevice(
+        libusb_device* device, const Utilities::String& path, std::unique_ptr<UsbConnection>& connection);
     static int FindEndpoints(libusb_device* device, int& interfaceNumber, LibUsbConnection::Endpoints& endpoints);
     static std::string PathOf(libusb_device* device);
 

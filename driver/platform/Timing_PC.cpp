@@ -39,9 +39,8 @@ TimeStamp Timing_PC::Now()
     tm local{};
     localtime_r(&time, &local);
     return TimeStamp(static_cast<uint16_t>(local.tm_year + 1900), static_cast<uint8_t>(local.tm_mon + 1),
-                     static_cast<uint8_t>(local.tm_mday), static_cast<uint8_t>(local.tm_hour),
-                     static_cast<uint8_t>(local.tm_min), static_cast<uint8_t>(local.tm_sec),
-                     static_cast<uint16_t>(milliseconds), static_cast<uint32_t>(seconds));
+        static_cast<uint8_t>(local.tm_mday), static_cast<uint8_t>(local.tm_hour), static_cast<uint8_t>(local.tm_min),
+        static_cast<uint8_t>(local.tm_sec), static_cast<uint16_t>(milliseconds), static_cast<uint32_t>(seconds));
 }
 
 }

@@ -2,9 +2,7 @@
 
 namespace DeviceDriver {
 
-UsbConnection::UsbConnection(const Utilities::String& path) : path(path)
-{
-}
+UsbConnection::UsbConnection(const Utilities::String& path) : path(path) { }
 
 UsbConnection::~UsbConnection() = default;
 

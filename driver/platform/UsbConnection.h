@@ -25,8 +25,8 @@ public:
     // A vendor request: `request` is the 10-byte ControlRequest, whose byte 0 gives the direction
     // (DirectionIn: the instrument's answer lands in `payload`; otherwise `payload` is sent).
     // A time-out of 0 waits without limit, here and below.
-    virtual UsbResult ControlTransfer(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length,
-                                      std::uint32_t timeoutMs) = 0;
+    virtual UsbResult ControlTransfer(
+        const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length, std::uint32_t timeoutMs) = 0;
     // Fewer bytes than asked for are a success: the instrument ends a scan with a short block.
     virtual UsbResult BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) = 0;
     // A bulk read that runs while the caller goes on; several may be under way, and they complete in

@@ -13,9 +13,7 @@ UsbPlatforms::UsbPlatforms(std::uint16_t vendorId, std::uint16_t productId)
 {
 }
 
-UsbPlatforms::UsbPlatforms(std::vector<std::unique_ptr<UsbPlatform>> platforms) : platforms(std::move(platforms))
-{
-}
+UsbPlatforms::UsbPlatforms(std::vector<std::unique_ptr<UsbPlatform>> platforms) : platforms(std::move(platforms)) { }
 
 std::vector<std::unique_ptr<UsbPlatform>> UsbPlatforms::Installed(std::uint16_t vendorId, std::uint16_t productId)
 {

@@ -20,8 +20,8 @@ UsbResult UsbResult::Failure(int platformError)
     if (platformError == ETIMEDOUT) {
         return Timeout();
     }
-    return UsbResult(0, static_cast<std::uint32_t>(platformError),
-                     Utilities::String(std::system_category().message(platformError)));
+    return UsbResult(
+        0, static_cast<std::uint32_t>(platformError), Utilities::String(std::system_category().message(platformError)));
 }
 
 UsbResult UsbResult::Timeout()

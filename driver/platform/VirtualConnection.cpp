@@ -27,8 +27,8 @@ VirtualConnection::~VirtualConnection()
     ::close(socket);
 }
 
-UsbResult VirtualConnection::ControlTransfer(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length,
-                                             std::uint32_t timeoutMs)
+UsbResult VirtualConnection::ControlTransfer(
+    const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length, std::uint32_t timeoutMs)
 {
     if (request == nullptr || (length > 0 && payload == nullptr)) {
         return UsbResult::Failure(EINVAL);
@@ -56,8 +56,8 @@ UsbResult VirtualConnection::BulkRead(std::uint8_t* buffer, std::uint32_t length
 
 // The instrument serves bulk reads in the order sent, so reads sent one behind the other are
 // queued there and complete in that order.
-VirtualConnection::ReadTicket VirtualConnection::SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length,
-                                                                std::uint32_t timeoutMs)
+VirtualConnection::ReadTicket VirtualConnection::SubmitBulkRead(
+    std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs)
 {
     Waiting entry;
     entry.buffer = buffer;
@@ -107,7 +107,7 @@ bool VirtualConnection::Greet(std::uint32_t timeoutMs)
 {
     Answer answer;
     return Exchange({Frame::Kind::Cancel, 0, 0, 0}, {}, timeoutMs, answer).Succeeded() &&
-           answer.status == Frame::Status::Ok;
+        answer.status == Frame::Status::Ok;
 }
 
 UsbResult VirtualConnection::BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs)
@@ -169,8 +169,8 @@ void VirtualConnection::Cancel()
 }
 
 // Succeeds when the instrument has answered; its status is then in `answer`. A wait of 0 has no limit.
-UsbResult VirtualConnection::Exchange(Frame::Request request, const std::vector<std::uint8_t>& body,
-                                      std::uint64_t waitMs, Answer& answer)
+UsbResult VirtualConnection::Exchange(
+    Frame::Request request, const std::vector<std::uint8_t>& body, std::uint64_t waitMs, Answer& answer)
 {
     Waiting outcome;
     const UsbResult collected = Collect(Post(request, body, Waiting{}), waitMs, outcome);
@@ -345,16 +345,16 @@ UsbResult VirtualConnection::Sent(const Answer& answer, std::uint32_t length)
 UsbResult VirtualConnection::Refused(Frame::Status status)
 {
     switch (status) {
-        case Frame::Status::Stall:
-            return UsbResult::Failure(EPIPE);
-        case Frame::Status::Timeout:
-            return UsbResult::Timeout();
-        case Frame::Status::NoDevice:
-            return UsbResult::NoDevice();
-        case Frame::Status::Cancelled:
-            return UsbResult::Cancelled();
-        default:
-            return UsbResult::Failure(EPROTO);
+    case Frame::Status::Stall:
+        return UsbResult::Failure(EPIPE);
+    case Frame::Status::Timeout:
+        return UsbResult::Timeout();
+    case Frame::Status::NoDevice:
+        return UsbResult::NoDevice();
+    case Frame::Status::Cancelled:
+        return UsbResult::Cancelled();
+    default:
+        return UsbResult::Failure(EPROTO);
     }
 }
 

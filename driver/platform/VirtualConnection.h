@@ -23,8 +23,8 @@ public:
     VirtualConnection(const Utilities::String& path, int socket);
     ~VirtualConnection() override;
 
-    UsbResult ControlTransfer(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length,
-                              std::uint32_t timeoutMs) override;
+    UsbResult ControlTransfer(
+        const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length, std::uint32_t timeoutMs) override;
     UsbResult BulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
     UsbResult BulkWrite(const std::uint8_t* data, std::uint32_t length, std::uint32_t timeoutMs) override;
     ReadTicket SubmitBulkRead(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs) override;
@@ -56,8 +56,8 @@ private:
         bool bulkRead = false;
     };
 
-    UsbResult Exchange(Frame::Request request, const std::vector<std::uint8_t>& body, std::uint64_t waitMs,
-                       Answer& answer);
+    UsbResult Exchange(
+        Frame::Request request, const std::vector<std::uint8_t>& body, std::uint64_t waitMs, Answer& answer);
     std::uint32_t Post(Frame::Request request, const std::vector<std::uint8_t>& body, Waiting entry);
     UsbResult Collect(std::uint32_t requestId, std::uint64_t waitMs, Waiting& outcome);
     std::uint32_t NextRequestId();

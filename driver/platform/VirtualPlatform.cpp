@@ -34,9 +34,7 @@ bool SerialBefore(const std::string& left, const std::string& right)
 
 }
 
-VirtualPlatform::VirtualPlatform(const Utilities::String& directory) : directory(directory)
-{
-}
+VirtualPlatform::VirtualPlatform(const Utilities::String& directory) : directory(directory) { }
 
 Utilities::String VirtualPlatform::DefaultDirectory()
 {
@@ -119,7 +117,7 @@ std::vector<std::string> VirtualPlatform::SocketNames(const std::string& directo
 
 bool VirtualPlatform::IsSocket(const std::string& file)
 {
-    struct stat status {};
+    struct stat status { };
     return ::lstat(file.c_str(), &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
@@ -138,7 +136,7 @@ bool VirtualPlatform::Answers(const std::string& file)
 
 int VirtualPlatform::Connect(const std::string& file, int flags, int& error)
 {
-    sockaddr_un address {};
+    sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (file.size() >= sizeof address.sun_path) {
         error = ENAMETOOLONG;

@@ -13,11 +13,11 @@ void VirtualWireFrame::PutU32(std::vector<std::uint8_t>& out, std::uint32_t valu
 std::uint32_t VirtualWireFrame::GetU32(const std::uint8_t* bytes)
 {
     return (static_cast<std::uint32_t>(bytes[0]) << 24) | (static_cast<std::uint32_t>(bytes[1]) << 16) |
-           (static_cast<std::uint32_t>(bytes[2]) << 8) | bytes[3];
+        (static_cast<std::uint32_t>(bytes[2]) << 8) | bytes[3];
 }
 
-std::vector<std::uint8_t> VirtualWireFrame::Encode(const Request& request, const std::uint8_t* body,
-                                                   std::size_t bodyLength)
+std::vector<std::uint8_t> VirtualWireFrame::Encode(
+    const Request& request, const std::uint8_t* body, std::size_t bodyLength)
 {
     std::vector<std::uint8_t> frame;
     frame.reserve(RequestHeaderSize + bodyLength);

@@ -12,7 +12,7 @@ using CMetry::HvSpectrum;
 using Utilities::List;
 
 DensityScanning_V1_Impl::DensityScanning_V1_Impl(Utilities::SmartPointer<DeviceDriver::RemissionHandle> remissionHandle,
-                                                 Utilities::SmartPointer<SpecPhotoMeterScanning_V1> spectralScanning)
+    Utilities::SmartPointer<SpecPhotoMeterScanning_V1> spectralScanning)
     : fresh(false), scanning(spectralScanning), handle(remissionHandle)
 {
     conditions.SetCondition("Colorimetric.Illumination", "D50");

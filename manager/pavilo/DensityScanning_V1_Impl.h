@@ -15,7 +15,7 @@ namespace HviManager::PaviloDriver {
 class DensityScanning_V1_Impl : public DensityScanning_V1 {
 public:
     DensityScanning_V1_Impl(Utilities::SmartPointer<DeviceDriver::RemissionHandle> remissionHandle,
-                            Utilities::SmartPointer<SpecPhotoMeterScanning_V1> spectralScanning);
+        Utilities::SmartPointer<SpecPhotoMeterScanning_V1> spectralScanning);
 
     Diagnostics::String GetValueString() override;
     void Calibrate() override;

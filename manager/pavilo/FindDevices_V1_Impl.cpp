@@ -14,7 +14,7 @@ Utilities::ComponentCreatorNormal<FindDevices_V1_Impl> creator("FindDevices_V1_I
 
 FindDevices_V1_Impl::FindDevices_V1_Impl() = default;
 
-FindDevices_V1_Impl::FindDevices_V1_Impl(const Utilities::SmartPointer<InstrumentInfo_V1>& info) : info(info) {}
+FindDevices_V1_Impl::FindDevices_V1_Impl(const Utilities::SmartPointer<InstrumentInfo_V1>& info) : info(info) { }
 
 Diagnostics::String FindDevices_V1_Impl::GetValueString()
 {

@@ -4,7 +4,7 @@
 
 namespace HviManager::PaviloDriver {
 
-HandleLockGuard::HandleLockGuard(DeviceDriver::MeasurementHandle& handle) : handle(handle), held(false) {}
+HandleLockGuard::HandleLockGuard(DeviceDriver::MeasurementHandle& handle) : handle(handle), held(false) { }
 
 HandleLockGuard::~HandleLockGuard()
 {

@@ -23,8 +23,8 @@ SmartPointer<InstrumentButtons_V1::ButtonList> selection;
 
 }
 
-InstrumentButtons_V1_Impl::InstrumentButtons_V1_Impl(const SmartPointer<DeviceDriver::RemissionHandle>& handle,
-                                                     unsigned long lockWaitMs)
+InstrumentButtons_V1_Impl::InstrumentButtons_V1_Impl(
+    const SmartPointer<DeviceDriver::RemissionHandle>& handle, unsigned long lockWaitMs)
     : connected(false), handle(handle), lockWaitMs(lockWaitMs)
 {
 }

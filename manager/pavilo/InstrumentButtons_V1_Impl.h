@@ -13,7 +13,7 @@ public:
     // The event thread's polls wait for the handle lock only briefly, so that stopping the thread
     // never has to wait for a long measurement of a client.
     explicit InstrumentButtons_V1_Impl(const Utilities::SmartPointer<DeviceDriver::RemissionHandle>& handle,
-                                       unsigned long lockWaitMs = DeviceDriver::MeasurementHandle::lockTimeoutMs);
+        unsigned long lockWaitMs = DeviceDriver::MeasurementHandle::lockTimeoutMs);
 
     Utilities::SmartPointer<ButtonList> GetAvailableButtons() override;
     // The selection is one for the whole process.

@@ -22,8 +22,8 @@ using Utilities::String;
 
 namespace {
 
-Utilities::ComponentCreatorSingleton<Pavilo> creator("Pavilo", "$Revision: 1.37 $", "HviInstrument",
-                                                     {{"HviInstrument", Utilities::Anything("Pavilo")}});
+Utilities::ComponentCreatorSingleton<Pavilo> creator(
+    "Pavilo", "$Revision: 1.37 $", "HviInstrument", {{"HviInstrument", Utilities::Anything("Pavilo")}});
 
 const char* const offeredInOrder[] = {
     "InstrumentInfo_V1",
@@ -44,7 +44,7 @@ const char* const offeredInOrder[] = {
 
 }
 
-Pavilo::Pavilo() : serialNumber("Default") {}
+Pavilo::Pavilo() : serialNumber("Default") { }
 
 Pavilo::~Pavilo() = default;
 
@@ -82,7 +82,7 @@ void Pavilo::SetConfiguration(const Utilities::Map<String, String>& configuratio
     }
 }
 
-void Pavilo::Activate() {}
+void Pavilo::Activate() { }
 
 SmartPointer<Component> Pavilo::GetInterface(const String& name)
 {

@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "manager/ExceptionHviModule.h"
-#include "manager/pavilo/PhysicalConditionItems.h"
 #include "manager/pavilo/HandleLockGuard.h"
+#include "manager/pavilo/PhysicalConditionItems.h"
 #include "utilities/LanguageTranslator.h"
 
 namespace HviManager::PaviloDriver {
@@ -53,8 +53,7 @@ void PhotoMeterDiagnostics_V1_Impl::SetMeasureConditions(const CMetry::HvMeasure
 bool PhotoMeterDiagnostics_V1_Impl::Measure(const Utilities::String& command)
 {
     const RawOptions options{Contains(command, "<LampONAfterMeasurement>"),
-                             Contains(command, "<LampOFFDuringMeasurement>"),
-                             Contains(command, "<SetIntegrationTimeFix20ms>")};
+        Contains(command, "<LampOFFDuringMeasurement>"), Contains(command, "<SetIntegrationTimeFix20ms>")};
     if (!Contains(command, "RawMeasurement")) {
         return false;
     }
@@ -96,7 +95,7 @@ CMetry::HvMeasureConditions PhotoMeterDiagnostics_V1_Impl::GetDefaultConditions(
     return CMetry::HvMeasureConditions();
 }
 
-void PhotoMeterDiagnostics_V1_Impl::Reserved(long) {}
+void PhotoMeterDiagnostics_V1_Impl::Reserved(long) { }
 
 DeviceDriver::RawHandle& PhotoMeterDiagnostics_V1_Impl::AccessibleRawHandle() const
 {

@@ -16,7 +16,7 @@ namespace HviManager::PaviloDriver {
 class PhotoMeterDiagnostics_V1_Impl : public PhotoMeterDiagnostics_V1 {
 public:
     PhotoMeterDiagnostics_V1_Impl(Utilities::SmartPointer<DeviceDriver::ServiceHandle> service,
-                                  Utilities::SmartPointer<DeviceDriver::RawHandle> raw);
+        Utilities::SmartPointer<DeviceDriver::RawHandle> raw);
 
     CMetry::HvMeasureConditions GetMeasureConditions() override;
     void SetMeasureConditions(const CMetry::HvMeasureConditions& newConditions) override;

@@ -14,8 +14,8 @@ void PhysicalConditionItems::SetMarkedFloat(DeviceDriver::ConfigurationData& ite
     items.Mark(id, true);
 }
 
-void PhysicalConditionItems::SetReflectanceItems(DeviceDriver::ConfigurationData& items, uint32_t readings,
-                                                 bool readingsFromReplacement, bool adaptTime)
+void PhysicalConditionItems::SetReflectanceItems(
+    DeviceDriver::ConfigurationData& items, uint32_t readings, bool readingsFromReplacement, bool adaptTime)
 {
     SetMarkedFloat(items, lampTime, 0.15028f);
     SetMarkedU32(items, count, readings);

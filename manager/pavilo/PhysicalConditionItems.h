@@ -15,8 +15,8 @@ public:
     static void SetMarkedFloat(DeviceDriver::ConfigurationData& items, uint16_t id, float value);
     // What every reflectance measurement sets: the lamp on for its warm-up and off after, the
     // gain 1, and the readings per position, taken from the replacement item if asked.
-    static void SetReflectanceItems(DeviceDriver::ConfigurationData& items, uint32_t readings,
-                                    bool readingsFromReplacement, bool adaptTime);
+    static void SetReflectanceItems(
+        DeviceDriver::ConfigurationData& items, uint32_t readings, bool readingsFromReplacement, bool adaptTime);
 };
 
 }

@@ -213,8 +213,8 @@ void RecognitionMarvane::TrimEnds(const std::vector<RecognitionElement>& series)
         !IsOneColour(series, static_cast<int64_t>(end), length)) {
         throw ExceptionCalculationProblem("Margin is not uniform");
     }
-    elements.assign(series.begin() + static_cast<std::ptrdiff_t>(begin),
-                    series.begin() + static_cast<std::ptrdiff_t>(end));
+    elements.assign(
+        series.begin() + static_cast<std::ptrdiff_t>(begin), series.begin() + static_cast<std::ptrdiff_t>(end));
 }
 
 // Half the mean difference of an element, and never below the noise.
@@ -291,8 +291,8 @@ void RecognitionMarvane::FindEdgeCentres()
     }
 }
 
-Vector<SpectrumData> RecognitionMarvane::AverageFields(const std::vector<RecognitionElement>& elements,
-                                                       const std::vector<float>& edges)
+Vector<SpectrumData> RecognitionMarvane::AverageFields(
+    const std::vector<RecognitionElement>& elements, const std::vector<float>& edges)
 {
     if (edges.empty()) {
         throw ExceptionOutOfBound("vector index >= vector size");

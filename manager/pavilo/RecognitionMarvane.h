@@ -20,9 +20,10 @@ public:
     // False on any failure inside, when fewer than two edges leave no field, and when the blurred
     // edges around a narrow field met, which would drop that field without a trace.
     bool Recognize(const Utilities::Vector<DeviceDriver::SpectrumData>& scan,
-                   Utilities::Vector<DeviceDriver::SpectrumData>& patches) override;
+        Utilities::Vector<DeviceDriver::SpectrumData>& patches) override;
     // Empties the FIFO; false when it runs dry before it is marked finished.
-    bool Recognize(DeviceDriver::SpectrumDataFifo& scan, Utilities::Vector<DeviceDriver::SpectrumData>& patches) override;
+    bool Recognize(
+        DeviceDriver::SpectrumDataFifo& scan, Utilities::Vector<DeviceDriver::SpectrumData>& patches) override;
 
     // Trims the unchanging ends of a series whose differences are known, sets the threshold,
     // marks and bridges the edges and finds their centres. Throws "No patches found" when
@@ -33,8 +34,8 @@ public:
     // into elements. Throws "Field is too small" for a field whose middle third is empty, and
     // "Field is not uniform" for one whose middle third is a single measurement or changes
     // colour, so that a missed edge never gives a patch of a colour that isn't on the strip.
-    static Utilities::Vector<DeviceDriver::SpectrumData> AverageFields(const std::vector<RecognitionElement>& elements,
-                                                                       const std::vector<float>& edges);
+    static Utilities::Vector<DeviceDriver::SpectrumData> AverageFields(
+        const std::vector<RecognitionElement>& elements, const std::vector<float>& edges);
 
     float Threshold() const { return threshold; }
     const std::vector<RecognitionElement>& Elements() const { return elements; }

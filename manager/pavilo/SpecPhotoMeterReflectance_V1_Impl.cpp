@@ -99,8 +99,8 @@ DeviceDriver::RemissionHandle& SpecPhotoMeterReflectance_V1_Impl::AccessibleHand
 }
 
 // A calibration reports a missed lock in English whatever the language; the other steps translate it.
-void SpecPhotoMeterReflectance_V1_Impl::LockAndWriteItems(HandleLockGuard& guard, ReflectanceSetup::Step step,
-                                                          bool translateLockFailure)
+void SpecPhotoMeterReflectance_V1_Impl::LockAndWriteItems(
+    HandleLockGuard& guard, ReflectanceSetup::Step step, bool translateLockFailure)
 {
     if (!guard.Acquire()) {
         throw ExceptionHviModule(translateLockFailure ? Translated(lockFailure) : Utilities::String(lockFailure));

@@ -4,9 +4,9 @@
 
 namespace Plugins {
 
-ConsoleMessageService::ConsoleMessageService() : ConsoleMessageService(stdout) {}
+ConsoleMessageService::ConsoleMessageService() : ConsoleMessageService(stdout) { }
 
-ConsoleMessageService::ConsoleMessageService(std::FILE* output) : output(output) {}
+ConsoleMessageService::ConsoleMessageService(std::FILE* output) : output(output) { }
 
 Diagnostics::String ConsoleMessageService::GetValueString() const
 {

@@ -6,6 +6,6 @@
 // loaded.
 ORBEL_PLUGIN_EXPORT void ORBEL_PLUGIN_ENTRY(Utilities::ComponentRegistry& registry)
 {
-    static Utilities::ComponentCreatorSingleton<Plugins::ConsoleMessageService> creator(registry, "MessageService",
-                                                                                      "$Revision: 1.0 $", "GUI");
+    static Utilities::ComponentCreatorSingleton<Plugins::ConsoleMessageService> creator(
+        registry, "MessageService", "$Revision: 1.0 $", "GUI");
 }

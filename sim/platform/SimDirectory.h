@@ -10,14 +10,14 @@ namespace OrbelSim {
 
 class SimDirectory {
 public:
-  static std::string Resolve();
-  // Makes the directory (mode 0700) if it doesn't exist; raises std::runtime_error with a text.
-  static void Ensure(const std::string& directory);
-  static std::string DeviceSocket(const std::string& directory, std::uint32_t serial);
-  static std::string ControlSocket(const std::string& directory, std::uint32_t serial);
-  static std::string LogFile(const std::string& directory, std::uint32_t serial);
-  static bool Exists(const std::string& path);
-  static void Remove(const std::string& path);
+    static std::string Resolve();
+    // Makes the directory (mode 0700) if it doesn't exist; raises std::runtime_error with a text.
+    static void Ensure(const std::string& directory);
+    static std::string DeviceSocket(const std::string& directory, std::uint32_t serial);
+    static std::string ControlSocket(const std::string& directory, std::uint32_t serial);
+    static std::string LogFile(const std::string& directory, std::uint32_t serial);
+    static bool Exists(const std::string& path);
+    static void Remove(const std::string& path);
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -15,212 +15,212 @@ namespace {
 
 sockaddr_un AddressOf(const std::string& path)
 {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.size() >= sizeof(address.sun_path)) {
-    throw std::runtime_error("socket path too long: " + path);
-  }
-  std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-  return address;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof(address.sun_path)) {
+        throw std::runtime_error("socket path too long: " + path);
+    }
+    std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+    return address;
 }
 
-}  // namespace
+} // namespace
 
-UnixSocket::UnixSocket(int fd) : fd_(fd) {}
+UnixSocket::UnixSocket(int fd) : fd_(fd) { }
 
 UnixSocket::~UnixSocket()
 {
-  Close();
+    Close();
 }
 
 UnixSocket::UnixSocket(UnixSocket&& other) noexcept : fd_(other.fd_)
 {
-  other.fd_ = -1;
+    other.fd_ = -1;
 }
 
 UnixSocket& UnixSocket::operator=(UnixSocket&& other) noexcept
 {
-  if (this != &other) {
-    Close();
-    fd_ = other.fd_;
-    other.fd_ = -1;
-  }
-  return *this;
+    if (this != &other) {
+        Close();
+        fd_ = other.fd_;
+        other.fd_ = -1;
+    }
+    return *this;
 }
 
 void UnixSocket::Close()
 {
-  if (fd_ >= 0) {
-    ::close(fd_);
-    fd_ = -1;
-  }
+    if (fd_ >= 0) {
+        ::close(fd_);
+        fd_ = -1;
+    }
 }
 
 UnixSocket UnixSocket::Connect(const std::string& path)
 {
-  const sockaddr_un address = AddressOf(path);
-  const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (fd < 0) {
-    throw std::runtime_error(std::string("unable to make a socket: ") + std::strerror(errno));
-  }
-  if (::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    const int error = errno;
-    ::close(fd);
-    throw std::runtime_error("unable to connect to " + path + ": " + std::strerror(error));
-  }
-  return UnixSocket(fd);
+    const sockaddr_un address = AddressOf(path);
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) {
+        throw std::runtime_error(std::string("unable to make a socket: ") + std::strerror(errno));
+    }
+    if (::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        const int error = errno;
+        ::close(fd);
+        throw std::runtime_error("unable to connect to " + path + ": " + std::strerror(error));
+    }
+    return UnixSocket(fd);
 }
 
 bool UnixSocket::ReadExact(std::uint8_t* data, std::size_t size)
 {
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t got = ::read(fd_, data + done, size - done);
-    if (got < 0 && errno == EINTR) {
-      continue;
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t got = ::read(fd_, data + done, size - done);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            return false;
+        }
+        done += static_cast<std::size_t>(got);
     }
-    if (got <= 0) {
-      return false;
-    }
-    done += static_cast<std::size_t>(got);
-  }
-  return true;
+    return true;
 }
 
 bool UnixSocket::WriteAll(const std::uint8_t* data, std::size_t size)
 {
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t sent = ::send(fd_, data + done, size - done, MSG_NOSIGNAL);
-    if (sent < 0 && errno == EINTR) {
-      continue;
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t sent = ::send(fd_, data + done, size - done, MSG_NOSIGNAL);
+        if (sent < 0 && errno == EINTR) {
+            continue;
+        }
+        if (sent <= 0) {
+            return false;
+        }
+        done += static_cast<std::size_t>(sent);
     }
-    if (sent <= 0) {
-      return false;
-    }
-    done += static_cast<std::size_t>(sent);
-  }
-  return true;
+    return true;
 }
 
 bool UnixSocket::WriteAll(const std::string& text)
 {
-  return WriteAll(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    return WriteAll(reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
 }
 
 std::string UnixSocket::ReadToEnd()
 {
-  std::string text;
-  char buffer[4096];
-  while (true) {
-    const ssize_t got = ::read(fd_, buffer, sizeof buffer);
-    if (got < 0 && errno == EINTR) {
-      continue;
+    std::string text;
+    char buffer[4096];
+    while (true) {
+        const ssize_t got = ::read(fd_, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            return text;
+        }
+        text.append(buffer, static_cast<std::size_t>(got));
     }
-    if (got <= 0) {
-      return text;
-    }
-    text.append(buffer, static_cast<std::size_t>(got));
-  }
 }
 
 bool UnixSocket::ReadLine(std::string& line, std::size_t limit, int milliseconds)
 {
-  line.clear();
-  while (line.size() < limit && WaitReadable(milliseconds)) {
-    char c = 0;
-    const ssize_t got = ::read(fd_, &c, 1);
-    if (got < 0 && errno == EINTR) {
-      continue;
+    line.clear();
+    while (line.size() < limit && WaitReadable(milliseconds)) {
+        char c = 0;
+        const ssize_t got = ::read(fd_, &c, 1);
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            return false;
+        }
+        if (c == '\n') {
+            return true;
+        }
+        line += c;
     }
-    if (got <= 0) {
-      return false;
-    }
-    if (c == '\n') {
-      return true;
-    }
-    line += c;
-  }
-  return false;
+    return false;
 }
 
 bool UnixSocket::WaitReadable(int milliseconds)
 {
-  pollfd entry{fd_, POLLIN, 0};
-  int ready = 0;
-  do {
-    ready = ::poll(&entry, 1, milliseconds);
-  } while (ready < 0 && errno == EINTR);
-  return ready > 0;
+    pollfd entry{fd_, POLLIN, 0};
+    int ready = 0;
+    do {
+        ready = ::poll(&entry, 1, milliseconds);
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
 }
 
 void UnixSocket::ShutdownRead()
 {
-  if (fd_ >= 0) {
-    ::shutdown(fd_, SHUT_RD);
-  }
+    if (fd_ >= 0) {
+        ::shutdown(fd_, SHUT_RD);
+    }
 }
 
 void UnixSocket::ShutdownBoth()
 {
-  if (fd_ >= 0) {
-    ::shutdown(fd_, SHUT_RDWR);
-  }
+    if (fd_ >= 0) {
+        ::shutdown(fd_, SHUT_RDWR);
+    }
 }
 
 UnixListener::UnixListener(const std::string& path) : path_(path)
 {
-  const sockaddr_un address = AddressOf(path);
-  int pipeFds[2];
-  if (::pipe2(pipeFds, O_CLOEXEC | O_NONBLOCK) != 0) {
-    throw std::runtime_error(std::string("unable to make a pipe: ") + std::strerror(errno));
-  }
-  wakeRead_ = pipeFds[0];
-  wakeWrite_ = pipeFds[1];
-  fd_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  ::unlink(path.c_str());
-  if (fd_ < 0 || ::bind(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-      ::listen(fd_, 16) != 0) {
-    const int error = errno;
-    ::close(wakeRead_);
-    ::close(wakeWrite_);
-    if (fd_ >= 0) {
-      ::close(fd_);
+    const sockaddr_un address = AddressOf(path);
+    int pipeFds[2];
+    if (::pipe2(pipeFds, O_CLOEXEC | O_NONBLOCK) != 0) {
+        throw std::runtime_error(std::string("unable to make a pipe: ") + std::strerror(errno));
     }
-    throw std::runtime_error("unable to listen at " + path + ": " + std::strerror(error));
-  }
+    wakeRead_ = pipeFds[0];
+    wakeWrite_ = pipeFds[1];
+    fd_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ::unlink(path.c_str());
+    if (fd_ < 0 || ::bind(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        ::listen(fd_, 16) != 0) {
+        const int error = errno;
+        ::close(wakeRead_);
+        ::close(wakeWrite_);
+        if (fd_ >= 0) {
+            ::close(fd_);
+        }
+        throw std::runtime_error("unable to listen at " + path + ": " + std::strerror(error));
+    }
 }
 
 UnixListener::~UnixListener()
 {
-  ::close(fd_);
-  ::unlink(path_.c_str());
-  ::close(wakeRead_);
-  ::close(wakeWrite_);
+    ::close(fd_);
+    ::unlink(path_.c_str());
+    ::close(wakeRead_);
+    ::close(wakeWrite_);
 }
 
 std::optional<UnixSocket> UnixListener::Accept()
 {
-  while (true) {
-    pollfd entries[2] = {{fd_, POLLIN, 0}, {wakeRead_, POLLIN, 0}};
-    const int ready = ::poll(entries, 2, -1);
-    if (ready < 0 && errno == EINTR) {
-      continue;
+    while (true) {
+        pollfd entries[2] = {{fd_, POLLIN, 0}, {wakeRead_, POLLIN, 0}};
+        const int ready = ::poll(entries, 2, -1);
+        if (ready < 0 && errno == EINTR) {
+            continue;
+        }
+        if (ready < 0 || (entries[1].revents & POLLIN) != 0) {
+            return std::nullopt;
+        }
+        const int fd = ::accept4(fd_, nullptr, nullptr, SOCK_CLOEXEC);
+        if (fd >= 0) {
+            return UnixSocket(fd);
+        }
     }
-    if (ready < 0 || (entries[1].revents & POLLIN) != 0) {
-      return std::nullopt;
-    }
-    const int fd = ::accept4(fd_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (fd >= 0) {
-      return UnixSocket(fd);
-    }
-  }
 }
 
 void UnixListener::Wake()
 {
-  const char byte = 1;
-  [[maybe_unused]] const ssize_t written = ::write(wakeWrite_, &byte, 1);
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(wakeWrite_, &byte, 1);
 }
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -9,55 +9,55 @@ namespace OrbelSim {
 
 class UnixSocket {
 public:
-  UnixSocket() = default;
-  explicit UnixSocket(int fd);
-  ~UnixSocket();
-  UnixSocket(UnixSocket&& other) noexcept;
-  UnixSocket& operator=(UnixSocket&& other) noexcept;
-  UnixSocket(const UnixSocket&) = delete;
-  UnixSocket& operator=(const UnixSocket&) = delete;
+    UnixSocket() = default;
+    explicit UnixSocket(int fd);
+    ~UnixSocket();
+    UnixSocket(UnixSocket&& other) noexcept;
+    UnixSocket& operator=(UnixSocket&& other) noexcept;
+    UnixSocket(const UnixSocket&) = delete;
+    UnixSocket& operator=(const UnixSocket&) = delete;
 
-  // Raises std::runtime_error with a text when nothing listens there.
-  static UnixSocket Connect(const std::string& path);
+    // Raises std::runtime_error with a text when nothing listens there.
+    static UnixSocket Connect(const std::string& path);
 
-  bool Valid() const { return fd_ >= 0; }
-  // False at the end of the stream or on an error.
-  bool ReadExact(std::uint8_t* data, std::size_t size);
-  bool WriteAll(const std::uint8_t* data, std::size_t size);
-  bool WriteAll(const std::string& text);
-  std::string ReadToEnd();
-  // Reads up to a line end, at most `limit` bytes, waiting at most `milliseconds` for each part.
-  bool ReadLine(std::string& line, std::size_t limit, int milliseconds);
-  // Waits at most `milliseconds` for something to read; false on time-out.
-  bool WaitReadable(int milliseconds);
-  void ShutdownRead();
-  void ShutdownBoth();
+    bool Valid() const { return fd_ >= 0; }
+    // False at the end of the stream or on an error.
+    bool ReadExact(std::uint8_t* data, std::size_t size);
+    bool WriteAll(const std::uint8_t* data, std::size_t size);
+    bool WriteAll(const std::string& text);
+    std::string ReadToEnd();
+    // Reads up to a line end, at most `limit` bytes, waiting at most `milliseconds` for each part.
+    bool ReadLine(std::string& line, std::size_t limit, int milliseconds);
+    // Waits at most `milliseconds` for something to read; false on time-out.
+    bool WaitReadable(int milliseconds);
+    void ShutdownRead();
+    void ShutdownBoth();
 
 private:
-  void Close();
+    void Close();
 
-  int fd_ = -1;
+    int fd_ = -1;
 };
 
 class UnixListener {
 public:
-  // Binds and listens at `path`, replacing a stale file; raises std::runtime_error with a text.
-  explicit UnixListener(const std::string& path);
-  ~UnixListener();
-  UnixListener(const UnixListener&) = delete;
-  UnixListener& operator=(const UnixListener&) = delete;
+    // Binds and listens at `path`, replacing a stale file; raises std::runtime_error with a text.
+    explicit UnixListener(const std::string& path);
+    ~UnixListener();
+    UnixListener(const UnixListener&) = delete;
+    UnixListener& operator=(const UnixListener&) = delete;
 
-  // Empty once woken.
-  std::optional<UnixSocket> Accept();
-  // Safe to call from a signal handler.
-  void Wake();
-  int WakeFd() const { return wakeWrite_; }
+    // Empty once woken.
+    std::optional<UnixSocket> Accept();
+    // Safe to call from a signal handler.
+    void Wake();
+    int WakeFd() const { return wakeWrite_; }
 
 private:
-  std::string path_;
-  int fd_ = -1;
-  int wakeRead_ = -1;
-  int wakeWrite_ = -1;
+    std::string path_;
+    int fd_ = -1;
+    int wakeRead_ = -1;
+    int wakeWrite_ = -1;
 };
 
-}  // namespace OrbelSim
+} // namespace OrbelSim

@@ -34,8 +34,8 @@ OrbelTest::SimInstrument& ApiSimEnvironment::Sim()
 
 void ApiSimEnvironment::SetUp()
 {
-    lockDirectory = std::filesystem::temp_directory_path() /
-                    ("orbel-api-locks-" + std::to_string(std::random_device()()));
+    lockDirectory =
+        std::filesystem::temp_directory_path() / ("orbel-api-locks-" + std::to_string(std::random_device()()));
     std::filesystem::create_directories(lockDirectory);
     ::setenv("ORBEL_LOCK_DIR", lockDirectory.c_str(), 1);
     simulated = new OrbelTest::SimInstrument();

@@ -36,27 +36,26 @@ int32_t StatusOfSuccess()
 
 TEST(GuardFrameTest, AFoundationFailureIsStoredAndItsCodeReturned)
 {
-    EXPECT_EQ(StatusAfter(Utilities::ExceptionOutOfBound("Measurement Error: Dark data not valid")),
-              OB_DeviceNotCalibrated);
+    EXPECT_EQ(
+        StatusAfter(Utilities::ExceptionOutOfBound("Measurement Error: Dark data not valid")), OB_DeviceNotCalibrated);
     EXPECT_EQ(LastError(), "device not calibrated Measurement Error: Dark data not valid");
 
     EXPECT_EQ(StatusAfter(Utilities::ExceptionCalculationProblem("Dark calculation: Data is not valid")),
-              OB_DeviceNotCalibrated);
+        OB_DeviceNotCalibrated);
     EXPECT_EQ(LastError(), "device not calibrated Dark calculation: Data is not valid");
 
-    EXPECT_EQ(StatusAfter(Utilities::ExceptionOutOfBound("White calculation: White check failed")),
-              OB_DeviceNotCalibrated);
+    EXPECT_EQ(
+        StatusAfter(Utilities::ExceptionOutOfBound("White calculation: White check failed")), OB_DeviceNotCalibrated);
     EXPECT_EQ(LastError(), "device not calibrated White calculation: White check failed");
 
     EXPECT_EQ(StatusAfter(Utilities::ExceptionOutOfBound("Recognition failed")), OB_StripRecognitionFailed);
     EXPECT_EQ(LastError(), "strip recognition failed Recognition failed");
 
-    EXPECT_EQ(StatusAfter(Utilities::ExceptionResourceNotAvailable("Device IO control impossible")),
-              OB_DeviceNotConnected);
+    EXPECT_EQ(
+        StatusAfter(Utilities::ExceptionResourceNotAvailable("Device IO control impossible")), OB_DeviceNotConnected);
     EXPECT_EQ(LastError(), "device not connected Device IO control impossible");
 
-    EXPECT_EQ(StatusAfter(Utilities::ExceptionNullpointer("Failed to access to nullpointer.")),
-              OB_ExceptionOccured);
+    EXPECT_EQ(StatusAfter(Utilities::ExceptionNullpointer("Failed to access to nullpointer.")), OB_ExceptionOccured);
     EXPECT_EQ(LastError(), "exception occured Failed to access to nullpointer.");
 
     EXPECT_EQ(StatusAfter(Utilities::ExceptionOutOfBound("")), OB_ExceptionOccured);

@@ -10,9 +10,17 @@
 namespace {
 
 const char* const codeTexts[] = {
-    "no error", "device not ready", "device not connected", "device not calibrated",
-    "unkown code \"4\"", "no substrate white reference set", "wrong measurement mode",
-    "strip recognition failed", "no data available", "exception occured", "invalid argument",
+    "no error",
+    "device not ready",
+    "device not connected",
+    "device not calibrated",
+    "unkown code \"4\"",
+    "no substrate white reference set",
+    "wrong measurement mode",
+    "strip recognition failed",
+    "no data available",
+    "exception occured",
+    "invalid argument",
     "unkown error",
 };
 
@@ -32,8 +40,8 @@ void Sim(const std::vector<std::string>& command)
     ApiSimEnvironment::Sim().Run(command);
 }
 
-const char* const modes[] = {"SingleReflectance", "ScanningReflectance", "SingleEmission", "SingleAmbientLight",
-                             "Reset"};
+const char* const modes[] = {
+    "SingleReflectance", "ScanningReflectance", "SingleEmission", "SingleAmbientLight", "Reset"};
 const char* const faults[] = {"control-timeout", "bulk-timeout", "short-read", "drop", "low-power"};
 const char* const targets[] = {"tile", "sample:tcs03", "sample:grey70", "display:white", "light:a"};
 
@@ -61,15 +69,15 @@ TEST(OrbelSoakTest, MixedCallsUnderRandomFaultsAnswerCodesOfTheTable)
         } else if (pick == 7) {
             ExpectStatusInTheTable(OB_TriggerCountedScan(static_cast<int32_t>(random() % 50)), name + " scan");
         } else if (pick == 8) {
-            ExpectStatusInTheTable(OB_GetSpectrum(values.data(), static_cast<int32_t>(random() % 4) - 2),
-                                   name + " spectrum");
+            ExpectStatusInTheTable(
+                OB_GetSpectrum(values.data(), static_cast<int32_t>(random() % 4) - 2), name + " spectrum");
         } else if (pick == 9) {
             ExpectStatusInTheTable(OB_GetTriStimulus(values.data(), 0), name + " tristimulus");
         } else if (pick == 10) {
             ExpectStatusInTheTable(OB_GetDensities(values.data(), &autoIndex, -1), name + " densities");
         } else if (pick == 11) {
-            ExpectStatusInTheTable(OB_SetOption("ColorSpaceDescription.Type", random() % 2 ? "CIEXYZ" : "CIELab"),
-                                   name + " colour space");
+            ExpectStatusInTheTable(
+                OB_SetOption("ColorSpaceDescription.Type", random() % 2 ? "CIEXYZ" : "CIELab"), name + " colour space");
         } else if (pick == 12) {
             std::vector<float> paper(36, 0.9f);
             ExpectStatusInTheTable(OB_SetSubstrate(paper.data()), name + " substrate");

@@ -253,10 +253,9 @@ int RefusedUntilTheHolderGoes(bool killed)
 {
     HolderProcess holder("Orbel C-SDK lock", 0);
     const bool refused = holder.ReadLine() == "locked" && OB_IsConnected() == OB_UnknownError &&
-                         OB_KeyPressed() == OB_UnknownError && OB_Calibrate() == OB_UnknownError &&
-                         OB_GetNumberOfAvailableSamples() == 0 &&
-                         std::string(OB_GetOption("MeasurementMode")) == "Unknown Error" &&
-                         std::string(OB_GetDeviceInfo("Version")) == "Orbel aready in use by another process.";
+        OB_KeyPressed() == OB_UnknownError && OB_Calibrate() == OB_UnknownError &&
+        OB_GetNumberOfAvailableSamples() == 0 && std::string(OB_GetOption("MeasurementMode")) == "Unknown Error" &&
+        std::string(OB_GetDeviceInfo("Version")) == "Orbel aready in use by another process.";
     if (killed) {
         holder.Kill();
     } else {

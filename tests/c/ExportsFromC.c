@@ -11,9 +11,17 @@
 static int failures = 0;
 
 static const char* const codeTexts[] = {
-    "no error", "device not ready", "device not connected", "device not calibrated",
-    "unkown code \"4\"", "no substrate white reference set", "wrong measurement mode",
-    "strip recognition failed", "no data available", "exception occured", "invalid argument",
+    "no error",
+    "device not ready",
+    "device not connected",
+    "device not calibrated",
+    "unkown code \"4\"",
+    "no substrate white reference set",
+    "wrong measurement mode",
+    "strip recognition failed",
+    "no data available",
+    "exception occured",
+    "invalid argument",
     "unkown error",
 };
 
@@ -130,11 +138,11 @@ static void CheckFailureThenSuccess(void)
     ExpectCode("reset all", OB_SetOption("MeasurementMode", "ResetAll"), OB_NoError);
     ExpectText("mode after reset all", OB_GetDeviceInfo("MeasurementMode"), "SingleReflectance");
 
-    ExpectCode("OB_TriggerCountedScan(INT32_MIN) in mode 3", OB_TriggerCountedScan(INT32_MIN),
-               OB_InvalidMeasurementMode);
+    ExpectCode(
+        "OB_TriggerCountedScan(INT32_MIN) in mode 3", OB_TriggerCountedScan(INT32_MIN), OB_InvalidMeasurementMode);
     ExpectCode("OB_TriggerCountedScan(0) in mode 3", OB_TriggerCountedScan(0), OB_InvalidMeasurementMode);
-    ExpectCode("OB_TriggerCountedScan(INT32_MAX) in mode 3", OB_TriggerCountedScan(INT32_MAX),
-               OB_InvalidMeasurementMode);
+    ExpectCode(
+        "OB_TriggerCountedScan(INT32_MAX) in mode 3", OB_TriggerCountedScan(INT32_MAX), OB_InvalidMeasurementMode);
     ExpectText("LastError after counted scan", LastError(), "wrong measurement mode");
 }
 

@@ -46,8 +46,8 @@ static int Expect(const char* what, int32_t actual, int32_t expected)
     if (actual == expected) {
         return 1;
     }
-    snprintf(detail, sizeof detail, "code %d, expected %d; %s", (int)actual, (int)expected,
-             OB_GetDeviceInfo("LastError"));
+    snprintf(
+        detail, sizeof detail, "code %d, expected %d; %s", (int)actual, (int)expected, OB_GetDeviceInfo("LastError"));
     Fail(what, detail);
     return 0;
 }

@@ -17,8 +17,8 @@ using Utilities::String;
 
 namespace {
 
-HvMeasureConditions Conditions(const char* colorSpace, const char* illumination = "D65",
-                               const char* observer = "TwoDegree")
+HvMeasureConditions Conditions(
+    const char* colorSpace, const char* illumination = "D65", const char* observer = "TwoDegree")
 {
     HvMeasureConditions conditions;
     conditions.SetCondition("ColorSpaceDescription.Type", colorSpace);
@@ -43,8 +43,8 @@ std::array<double, 3> LabOf(const HvColorVector& xyz, const HvColorVector& white
     return {116.0 * f(1) - 16.0, 500.0 * (f(0) - f(1)), 200.0 * (f(1) - f(2))};
 }
 
-void ExpectVector(const HvColorVector& vector, double first, double second, double third, double tolerance,
-                  const std::string& what)
+void ExpectVector(
+    const HvColorVector& vector, double first, double second, double third, double tolerance, const std::string& what)
 {
     EXPECT_NEAR(vector[0], first, tolerance) << what;
     EXPECT_NEAR(vector[1], second, tolerance) << what;
@@ -59,11 +59,11 @@ TEST(CMetryCalculator, WhiteAndFlatGreyAreNeutralUnderEveryIlluminant)
         for (const char* observer : {"TwoDegree", "TenDegree"}) {
             const std::string what = std::string(illumination) + " " + observer;
             ExpectVector(CMetryCalculator::GetVector(Flat(1.0f), Conditions("CIELab", illumination, observer)), 100.0,
-                         0.0, 0.0, 1e-3, what);
+                0.0, 0.0, 1e-3, what);
             ExpectVector(CMetryCalculator::GetVector(Flat(0.5f), Conditions("CIELab", illumination, observer)), 76.07,
-                         0.0, 0.0, 5e-3, what);
-            EXPECT_NEAR(CMetryCalculator::GetVector(Flat(1.0f), Conditions("CIELCh", illumination, observer))[1], 0.0,
-                        5e-4)
+                0.0, 0.0, 5e-3, what);
+            EXPECT_NEAR(
+                CMetryCalculator::GetVector(Flat(1.0f), Conditions("CIELCh", illumination, observer))[1], 0.0, 5e-4)
                 << what;
         }
     }
@@ -75,8 +75,8 @@ TEST(CMetryCalculator, WhiteAndFlatGreyAreNeutralUnderEveryIlluminant)
 // The X, Y, Z themselves are checked against an integration at 1 nm in the tests of the weights.
 TEST(CMetryCalculator, LabFollowsTheTextbookFormulaFromXYZ)
 {
-    const HvSpectrum samples[] = {SpectrumOf(tcs01), SpectrumOf(tcs05), SpectrumOf(tcs09), SpectrumOf(tcs12),
-                                  Flat(0.005f)};
+    const HvSpectrum samples[] = {
+        SpectrumOf(tcs01), SpectrumOf(tcs05), SpectrumOf(tcs09), SpectrumOf(tcs12), Flat(0.005f)};
     for (const char* illumination : {"D65", "A"}) {
         for (const char* observer : {"TwoDegree", "TenDegree"}) {
             const auto vectorOf = [&](const HvSpectrum& sample, const char* colorSpace) {
@@ -85,7 +85,7 @@ TEST(CMetryCalculator, LabFollowsTheTextbookFormulaFromXYZ)
             for (const HvSpectrum& sample : samples) {
                 const auto expected = LabOf(vectorOf(sample, "CIEXYZ"), vectorOf(Flat(1.0f), "CIEXYZ"));
                 ExpectVector(vectorOf(sample, "CIELab"), expected[0], expected[1], expected[2], 1e-3,
-                             std::string(illumination) + " " + observer + " " + std::to_string(sample[17]));
+                    std::string(illumination) + " " + observer + " " + std::to_string(sample[17]));
             }
         }
     }
@@ -102,7 +102,7 @@ TEST(CMetryCalculator, BlackHasTheChromaticityOfTheWhite)
     const double denominator = white[0] + 15.0 * white[1] + 3.0 * white[2];
     // Black takes the lightness of the faint stand-in spectrum too.
     ExpectVector(luv, 116.0 * (7.787 * 1e-5 + 0.13793103) - 16.0, 4.0 * white[0] / denominator,
-                 9.0 * white[1] / denominator, 1e-4, "Luv of black");
+        9.0 * white[1] / denominator, 1e-4, "Luv of black");
 }
 
 TEST(CMetryCalculator, ChromaticityAndTristimulusFilterValues)
@@ -115,9 +115,9 @@ TEST(CMetryCalculator, ChromaticityAndTristimulusFilterValues)
     ExpectVector(uv1960, 0.1978, 0.3122, 20.0, 2e-4, "uvY 1960");
     EXPECT_EQ(String("CIEuvY1960"), uv1960.GetConditions().GetColorSpace());
     ExpectVector(CMetryCalculator::GetVector(Flat(1.0f), Conditions("RxRyRz", "C")), 100.0, 100.0, 100.0, 1e-3,
-                 "RxRyRz of white");
-    ExpectVector(CMetryCalculator::GetVector(Flat(1.0f), Conditions("HunterLab")), 100.0, 0.0, 0.0, 1e-3,
-                 "Hunter Lab of white");
+        "RxRyRz of white");
+    ExpectVector(
+        CMetryCalculator::GetVector(Flat(1.0f), Conditions("HunterLab")), 100.0, 0.0, 0.0, 1e-3, "Hunter Lab of white");
     const HvColorVector hunterBlack = CMetryCalculator::GetVector(Flat(0.0f), Conditions("HunterLab"));
     ExpectVector(hunterBlack, 0.001, 0.0, 0.0, 1e-6, "Hunter Lab of black");
     const HvColorVector hunter = CMetryCalculator::GetVector(SpectrumOf(tcs09), Conditions("HunterLab"));
@@ -151,9 +151,9 @@ TEST(CMetryCalculator, MgSpacesBendLightnessChromaAndHue)
 TEST(CMetryCalculator, GetVectorFailures)
 {
     EXPECT_EQ("GetVector not supported for ColorSpace CMYK",
-              CMetryFailure([] { CMetryCalculator::GetVector(Flat(0.5f), Conditions("CMYK")); }));
+        CMetryFailure([] { CMetryCalculator::GetVector(Flat(0.5f), Conditions("CMYK")); }));
     EXPECT_EQ("GetVector not supported for ColorSpace Undefined",
-              CMetryFailure([] { CMetryCalculator::GetVector(Flat(0.5f), Conditions("Undefined")); }));
+        CMetryFailure([] { CMetryCalculator::GetVector(Flat(0.5f), Conditions("Undefined")); }));
 }
 
 TEST(CMetryCalculatorDeathTest, PaperWhiteBaseWithoutPaperWhiteFails)
@@ -163,8 +163,8 @@ TEST(CMetryCalculatorDeathTest, PaperWhiteBaseWithoutPaperWhiteFails)
         {
             HvMeasureConditions conditions = Conditions("CIELab");
             conditions.SetCondition("Colorimetric.WhiteBase", "Paper");
-            const bool failed = CMetryFailure([&] { CMetryCalculator::GetVector(Flat(0.5f), conditions); }) ==
-                                "CMetryCalculator";
+            const bool failed =
+                CMetryFailure([&] { CMetryCalculator::GetVector(Flat(0.5f), conditions); }) == "CMetryCalculator";
             std::exit(failed ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");
@@ -184,9 +184,9 @@ TEST(CMetryCalculator, ConvertFollowsTheWaysForward)
     const HvColorVector xyY = CMetryCalculator::Convert(xyz, "CIExyY");
     const HvColorVector viaxyY = CMetryCalculator::Convert(xyY, "CIEuvY1976");
     ExpectVector(viaxyY, CMetryCalculator::Convert(xyz, "CIEuvY1976")[0],
-                 CMetryCalculator::Convert(xyz, "CIEuvY1976")[1], xyz[1], 1e-5, "uvY from xyY and from XYZ");
-    ExpectVector(CMetryCalculator::Convert(xyY, "CIEuvY1960"), viaxyY[0], viaxyY[1] * 2.0 / 3.0, xyz[1], 1e-5,
-                 "uvY 1960");
+        CMetryCalculator::Convert(xyz, "CIEuvY1976")[1], xyz[1], 1e-5, "uvY from xyY and from XYZ");
+    ExpectVector(
+        CMetryCalculator::Convert(xyY, "CIEuvY1960"), viaxyY[0], viaxyY[1] * 2.0 / 3.0, xyz[1], 1e-5, "uvY 1960");
     HvColorVector withFourth = xyz;
     withFourth[3] = 7.0f;
     EXPECT_EQ(0.0f, CMetryCalculator::Convert(withFourth, "CIELab")[3]);
@@ -212,17 +212,17 @@ TEST(CMetryCalculator, HueLiesAboveZeroUpTo360)
     ExpectVector(polar, 50.0, 5.0, std::atan2(4.0, 3.0) * 180.0 / M_PI, 1e-4, "LABmg to LCHmg");
     EXPECT_EQ(String("LCHmg"), polar.GetConditions().GetColorSpace());
     EXPECT_EQ(String("CIELChuv"),
-              CMetryCalculator::Convert(Vector(50.0f, 0.2f, 0.4f, "CIELuv"), "CIELChuv").GetConditions().GetColorSpace());
+        CMetryCalculator::Convert(Vector(50.0f, 0.2f, 0.4f, "CIELuv"), "CIELChuv").GetConditions().GetColorSpace());
 }
 
 TEST(CMetryCalculator, ConvertRefusesWaysBack)
 {
     EXPECT_EQ("Conversion not supported from ColorSpace CIELCh to ColorSpace CIELab",
-              CMetryFailure([] { CMetryCalculator::Convert(Vector(50.0f, 10.0f, 30.0f, "CIELCh"), "CIELab"); }));
+        CMetryFailure([] { CMetryCalculator::Convert(Vector(50.0f, 10.0f, 30.0f, "CIELCh"), "CIELab"); }));
     EXPECT_EQ("Conversion not supported from ColorSpace CIExyY to ColorSpace CIEXYZ",
-              CMetryFailure([] { CMetryCalculator::Convert(Vector(0.3f, 0.3f, 30.0f, "CIExyY"), "CIEXYZ"); }));
+        CMetryFailure([] { CMetryCalculator::Convert(Vector(0.3f, 0.3f, 30.0f, "CIExyY"), "CIEXYZ"); }));
     EXPECT_EQ("Conversion not supported from ColorSpace HunterLab to ColorSpace CIELab",
-              CMetryFailure([] { CMetryCalculator::Convert(Vector(50.0f, 1.0f, 1.0f, "HunterLab"), "RGB"); }));
+        CMetryFailure([] { CMetryCalculator::Convert(Vector(50.0f, 1.0f, 1.0f, "HunterLab"), "RGB"); }));
 }
 
 TEST(CMetryCalculator, DeltaVectorSignsTheHueDifference)
@@ -237,15 +237,15 @@ TEST(CMetryCalculator, DeltaVectorSignsTheHueDifference)
     ExpectVector(
         CMetryCalculator::GetDeltaVector(Vector(60.0f, 30.0f, 40.0f, "CIELab"), Vector(55.0f, 3.0f, 4.0f, "CIELab")),
         5.0, 45.0, 0.0, 1e-3, "same hue");
-    EXPECT_EQ(String("CIELChuv"), CMetryCalculator::GetDeltaVector(Vector(50.0f, 0.2f, 0.4f, "CIELuv"),
-                                                                   Vector(50.0f, 0.2f, 0.4f, "CIELuv"))
-                                      .GetConditions()
-                                      .GetColorSpace());
-    EXPECT_EQ(String("LCHmg"), CMetryCalculator::GetDeltaVector(Vector(50.0f, 2.0f, 4.0f, "LABmg"),
-                                                                Vector(50.0f, 2.0f, 4.0f, "LABmg"))
-                                   .GetConditions()
-                                   .GetColorSpace());
+    EXPECT_EQ(String("CIELChuv"),
+        CMetryCalculator::GetDeltaVector(Vector(50.0f, 0.2f, 0.4f, "CIELuv"), Vector(50.0f, 0.2f, 0.4f, "CIELuv"))
+            .GetConditions()
+            .GetColorSpace());
+    EXPECT_EQ(String("LCHmg"),
+        CMetryCalculator::GetDeltaVector(Vector(50.0f, 2.0f, 4.0f, "LABmg"), Vector(50.0f, 2.0f, 4.0f, "LABmg"))
+            .GetConditions()
+            .GetColorSpace());
     EXPECT_EQ("CMetryCalculator", CMetryFailure([] {
-                  CMetryCalculator::GetDeltaVector(Vector(50.0f, 2.0f, 4.0f, "CIEXYZ"), Vector(50.0f, 2.0f, 4.0f, "CIEXYZ"));
-              }));
+        CMetryCalculator::GetDeltaVector(Vector(50.0f, 2.0f, 4.0f, "CIEXYZ"), Vector(50.0f, 2.0f, 4.0f, "CIEXYZ"));
+    }));
 }

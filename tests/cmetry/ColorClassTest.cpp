@@ -15,8 +15,8 @@ namespace {
 int ClassAtHue(float lightness, float chroma, double degrees)
 {
     const double radians = degrees * M_PI / 180.0;
-    return ColorClass::GetColorClass(lightness, static_cast<float>(chroma * std::cos(radians)),
-                                     static_cast<float>(chroma * std::sin(radians)));
+    return ColorClass::GetColorClass(
+        lightness, static_cast<float>(chroma * std::cos(radians)), static_cast<float>(chroma * std::sin(radians)));
 }
 
 std::string Name(int colorClass)

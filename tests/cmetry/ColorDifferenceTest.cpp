@@ -79,7 +79,8 @@ double ReferenceCIE1994(const Lab& standard, const Lab& sample, double kl, doubl
     const Differences d = Of(standard, sample);
     const double sc = 1.0 + 0.045 * d.standardChroma;
     const double sh = 1.0 + 0.015 * d.standardChroma;
-    return std::sqrt(std::pow(d.lightness / kl, 2) + std::pow(d.chroma / (kc * sc), 2) + d.hueSquared / std::pow(kh * sh, 2));
+    return std::sqrt(
+        std::pow(d.lightness / kl, 2) + std::pow(d.chroma / (kc * sc), 2) + d.hueSquared / std::pow(kh * sh, 2));
 }
 
 double ReferenceCMC(const Lab& standard, const Lab& sample, double l, double c)
@@ -90,15 +91,15 @@ double ReferenceCMC(const Lab& standard, const Lab& sample, double l, double c)
     const double f = std::sqrt(std::pow(d.standardChroma, 4) / (std::pow(d.standardChroma, 4) + 1900.0));
     const double h = d.standardHue;
     const double t = (h >= 164.0 && h <= 345.0) ? 0.56 + std::fabs(0.2 * std::cos((h + 168.0) * M_PI / 180.0))
-                                               : 0.36 + std::fabs(0.4 * std::cos((h + 35.0) * M_PI / 180.0));
+                                                : 0.36 + std::fabs(0.4 * std::cos((h + 35.0) * M_PI / 180.0));
     const double sh = sc * (f * t + 1.0 - f);
     return std::sqrt(std::pow(d.lightness / (l * sl), 2) + std::pow(d.chroma / (c * sc), 2) + d.hueSquared / (sh * sh));
 }
 
 HvColorVector LabVector(const Lab& lab, const char* formula)
 {
-    return HvColorVector(static_cast<float>(lab.l), static_cast<float>(lab.a), static_cast<float>(lab.b),
-                         Conditions(formula));
+    return HvColorVector(
+        static_cast<float>(lab.l), static_cast<float>(lab.a), static_cast<float>(lab.b), Conditions(formula));
 }
 
 // The first pair of the published CIEDE2000 test data, for which the same table lists the CIELab
@@ -112,7 +113,8 @@ TEST(ColorDifference, EqualSpectraDifferByNothingUnderEveryFormula)
 {
     const HvSpectrum spectrum = Step(0.1f, 0.7f, 580.0);
     for (const char* formula : {"CIELab", "LABmg", "CIELuv", "FMCII", "CMC", "94"}) {
-        EXPECT_EQ(0.0f, ColorDifference::GetDeltaE(spectrum, spectrum, Conditions(formula), 2.0f, 1.0f, 1.0f)) << formula;
+        EXPECT_EQ(0.0f, ColorDifference::GetDeltaE(spectrum, spectrum, Conditions(formula), 2.0f, 1.0f, 1.0f))
+            << formula;
     }
 }
 
@@ -126,8 +128,7 @@ TEST(ColorDifference, CIE1994OfVectorsMatchesThePublishedPair)
     const Lab standard2 = {60.2574, -34.0099, 36.2677};
     const Lab sample2 = {60.4626, -34.1751, 39.4387};
     EXPECT_NEAR(ReferenceCIE1994(standard2, sample2, 2, 1, 1),
-                ColorDifference::GetDeltaE(LabVector(standard2, "94"), LabVector(sample2, "94"), 2.0f, 1.0f, 1.0f),
-                1e-4);
+        ColorDifference::GetDeltaE(LabVector(standard2, "94"), LabVector(sample2, "94"), 2.0f, 1.0f, 1.0f), 1e-4);
     const float swapped = ColorDifference::GetDeltaE(sample, standard, 1.0f, 1.0f, 1.0f);
     EXPECT_NEAR(ReferenceCIE1994(publishedSample, publishedStandard, 1, 1, 1), swapped, 1e-4);
     EXPECT_GT(std::fabs(swapped - 1.3950f), 0.01f);
@@ -140,24 +141,24 @@ TEST(ColorDifference, CIE1994AndCMCOfSpectraFollowTheirLabs)
     const Lab lab1 = LabOf(standard);
     const Lab lab2 = LabOf(sample);
     EXPECT_NEAR(ReferenceCIE1994(lab1, lab2, 1, 1, 1),
-                ColorDifference::GetDeltaE(standard, sample, Conditions("94"), 1.0f, 1.0f, 1.0f), 1e-4);
+        ColorDifference::GetDeltaE(standard, sample, Conditions("94"), 1.0f, 1.0f, 1.0f), 1e-4);
     EXPECT_NEAR(ReferenceCIE1994(lab1, lab2, 2, 1, 1),
-                ColorDifference::GetDeltaE(standard, sample, Conditions("94"), 2.0f, 1.0f, 1.0f), 1e-4);
+        ColorDifference::GetDeltaE(standard, sample, Conditions("94"), 2.0f, 1.0f, 1.0f), 1e-4);
     // The reference formula itself against the published pair: CMC(1:1) 1.7387.
     EXPECT_NEAR(1.7387, ReferenceCMC(publishedStandard, publishedSample, 1, 1), 5e-5);
-    EXPECT_NEAR(ReferenceCMC(lab1, lab2, 2, 1), ColorDifference::GetDeltaE(standard, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f),
-                1e-3);
-    EXPECT_NEAR(ReferenceCMC(lab1, lab2, 1, 1), ColorDifference::GetDeltaE(standard, sample, Conditions("CMC"), 1.0f, 1.0f, 0.0f),
-                1e-3);
+    EXPECT_NEAR(ReferenceCMC(lab1, lab2, 2, 1),
+        ColorDifference::GetDeltaE(standard, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f), 1e-3);
+    EXPECT_NEAR(ReferenceCMC(lab1, lab2, 1, 1),
+        ColorDifference::GetDeltaE(standard, sample, Conditions("CMC"), 1.0f, 1.0f, 0.0f), 1e-3);
     const HvSpectrum blue = Step(0.6f, 0.1f, 500.0);
     EXPECT_NEAR(ReferenceCMC(LabOf(blue), lab2, 2, 1),
-                ColorDifference::GetDeltaE(blue, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f), 1e-3);
+        ColorDifference::GetDeltaE(blue, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f), 1e-3);
     const HvSpectrum dark = Flat(0.01f);
     EXPECT_NEAR(ReferenceCMC(LabOf(dark), lab2, 2, 1),
-                ColorDifference::GetDeltaE(dark, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f), 1e-3);
+        ColorDifference::GetDeltaE(dark, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f), 1e-3);
     EXPECT_GT(std::fabs(ColorDifference::GetDeltaE(sample, standard, Conditions("CMC"), 2.0f, 1.0f, 0.0f) -
-                        ColorDifference::GetDeltaE(standard, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f)),
-              0.01f);
+                  ColorDifference::GetDeltaE(standard, sample, Conditions("CMC"), 2.0f, 1.0f, 0.0f)),
+        0.01f);
 }
 
 TEST(ColorDifference, PlainDifferencesAreEuclideanInTheirSpace)
@@ -167,11 +168,11 @@ TEST(ColorDifference, PlainDifferencesAreEuclideanInTheirSpace)
     const Lab lab1 = LabOf(standard);
     const Lab lab2 = LabOf(sample);
     EXPECT_NEAR(std::sqrt(std::pow(lab1.l - lab2.l, 2) + std::pow(lab1.a - lab2.a, 2) + std::pow(lab1.b - lab2.b, 2)),
-                ColorDifference::GetDeltaE(standard, sample, Conditions("CIELab"), 0, 0, 0), 1e-4);
+        ColorDifference::GetDeltaE(standard, sample, Conditions("CIELab"), 0, 0, 0), 1e-4);
     const HvColorVector luv1 = CMetryCalculator::GetVector(standard, Conditions("CIELab", "CIELuv"));
     const HvColorVector luv2 = CMetryCalculator::GetVector(sample, Conditions("CIELab", "CIELuv"));
     EXPECT_NEAR(std::hypot(luv1[0] - luv2[0], std::hypot(luv1[1] - luv2[1], luv1[2] - luv2[2])),
-                ColorDifference::GetDeltaE(standard, sample, Conditions("CIELuv"), 0, 0, 0), 1e-4);
+        ColorDifference::GetDeltaE(standard, sample, Conditions("CIELuv"), 0, 0, 0), 1e-4);
     EXPECT_GT(ColorDifference::GetDeltaE(standard, sample, Conditions("FMCII"), 0, 0, 0), 1.0f);
     EXPECT_GT(ColorDifference::GetDeltaE(standard, sample, Conditions("LABmg"), 0, 0, 0), 1.0f);
 }
@@ -179,23 +180,19 @@ TEST(ColorDifference, PlainDifferencesAreEuclideanInTheirSpace)
 TEST(ColorDifference, WhatCannotBeComputedFails)
 {
     const HvSpectrum spectrum = Step(0.05f, 0.8f, 590.0);
+    EXPECT_EQ("CMetryCalculator",
+        CMetryFailure([] { ColorDifference::GetDeltaE(Flat(0.0f), Flat(0.0f), Conditions("FMCII"), 0, 0, 0); }));
+    EXPECT_EQ("CMetryCalculator",
+        CMetryFailure([&] { ColorDifference::GetDeltaE(spectrum, spectrum, Conditions("94"), 0.0f, 1.0f, 1.0f); }));
     EXPECT_EQ("CMetryCalculator", CMetryFailure([] {
-                  ColorDifference::GetDeltaE(Flat(0.0f), Flat(0.0f), Conditions("FMCII"), 0, 0, 0);
-              }));
-    EXPECT_EQ("CMetryCalculator", CMetryFailure([&] {
-                  ColorDifference::GetDeltaE(spectrum, spectrum, Conditions("94"), 0.0f, 1.0f, 1.0f);
-              }));
+        ColorDifference::GetDeltaE(
+            LabVector(publishedStandard, "94"), LabVector(publishedSample, "94"), 1.0f, 1.0f, 0.0f);
+    }));
     EXPECT_EQ("CMetryCalculator", CMetryFailure([] {
-                  ColorDifference::GetDeltaE(LabVector(publishedStandard, "94"), LabVector(publishedSample, "94"), 1.0f,
-                                             1.0f, 0.0f);
-              }));
-    EXPECT_EQ("CMetryCalculator", CMetryFailure([] {
-                  ColorDifference::GetDeltaE(LabVector(publishedStandard, "FMCII"), LabVector(publishedSample, "FMCII"),
-                                             0, 0, 0);
-              }));
-    EXPECT_EQ("GetDeltaE not supported for DeltaEFormula Undefined", CMetryFailure([&] {
-                  ColorDifference::GetDeltaE(spectrum, spectrum, Conditions("Undefined"), 0, 0, 0);
-              }));
+        ColorDifference::GetDeltaE(LabVector(publishedStandard, "FMCII"), LabVector(publishedSample, "FMCII"), 0, 0, 0);
+    }));
+    EXPECT_EQ("GetDeltaE not supported for DeltaEFormula Undefined",
+        CMetryFailure([&] { ColorDifference::GetDeltaE(spectrum, spectrum, Conditions("Undefined"), 0, 0, 0); }));
 }
 
 TEST(ColorDifference, VectorsInOtherSpacesAreComparedInCIELab)
@@ -206,7 +203,7 @@ TEST(ColorDifference, VectorsInOtherSpacesAreComparedInCIELab)
     const HvColorVector xyz1 = CMetryCalculator::GetVector(standard, xyzConditions);
     const HvColorVector xyz2 = CMetryCalculator::GetVector(sample, xyzConditions);
     EXPECT_NEAR(ColorDifference::GetDeltaE(standard, sample, Conditions("CIELab"), 0, 0, 0),
-                ColorDifference::GetDeltaE(xyz1, xyz2, 0, 0, 0), 1e-3);
+        ColorDifference::GetDeltaE(xyz1, xyz2, 0, 0, 0), 1e-3);
 }
 
 TEST(ColorDifference, MetamerismIndexCorrectsByTheReferenceIlluminant)
@@ -214,12 +211,13 @@ TEST(ColorDifference, MetamerismIndexCorrectsByTheReferenceIlluminant)
     const HvSpectrum standard = Step(0.05f, 0.8f, 590.0);
     const HvSpectrum sample = Step(0.1f, 0.6f, 560.0);
     const HvMeasureConditions conditions = Conditions("CIELab");
-    EXPECT_NEAR(0.0f, ColorDifference::GetMetamerismIndex(standard, sample, conditions, IlluminationTYPE(Illumination::D65)),
-                1e-3);
-    EXPECT_EQ(0.0f, ColorDifference::GetMetamerismIndex(standard, standard, conditions, IlluminationTYPE(Illumination::A)));
-    EXPECT_GT(ColorDifference::GetMetamerismIndex(standard, sample, conditions, IlluminationTYPE(Illumination::A)), 0.1f);
+    EXPECT_NEAR(0.0f,
+        ColorDifference::GetMetamerismIndex(standard, sample, conditions, IlluminationTYPE(Illumination::D65)), 1e-3);
+    EXPECT_EQ(
+        0.0f, ColorDifference::GetMetamerismIndex(standard, standard, conditions, IlluminationTYPE(Illumination::A)));
+    EXPECT_GT(
+        ColorDifference::GetMetamerismIndex(standard, sample, conditions, IlluminationTYPE(Illumination::A)), 0.1f);
     EXPECT_EQ("CMetryCalculator", CMetryFailure([&] {
-                  ColorDifference::GetMetamerismIndex(standard, sample, conditions,
-                                                      IlluminationTYPE(Illumination::Userdefined));
-              }));
+        ColorDifference::GetMetamerismIndex(standard, sample, conditions, IlluminationTYPE(Illumination::Userdefined));
+    }));
 }

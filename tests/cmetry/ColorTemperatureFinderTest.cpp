@@ -113,6 +113,6 @@ TEST(ColorTemperatureFinder, BestPointOutsideTheRangeFails)
     // Limits given the wrong way round leave the middle point below the lowest temperature.
     const float reversed[3] = {5000.0f, 1000.0f, 0.5f};
     EXPECT_EQ("Calculation of ColorTemperature failed", CMetryFailure([&] {
-                  ColorTemperatureFinder(reversed).GetColorTemperature(CMetry::GetBlackBodySpectrum(3000.0f, Emission()));
-              }));
+        ColorTemperatureFinder(reversed).GetColorTemperature(CMetry::GetBlackBodySpectrum(3000.0f, Emission()));
+    }));
 }

@@ -9,8 +9,8 @@
 #include "cmetry/DensityCorrection.h"
 #include "cmetry/PaperWhite.h"
 #include "cmetry/UserFilters.h"
-#include "utilities/ExceptionOutOfBound.h"
 #include "tests/cmetry/ColourSamples.h"
+#include "utilities/ExceptionOutOfBound.h"
 
 using namespace CMetryTest;
 using CMetry::DensityFilterMode;
@@ -64,7 +64,7 @@ protected:
 TEST_F(DensityTest, FlatSpectraGiveEqualDensitiesUnderEveryStandard)
 {
     for (DensityStandard standard : {DensityStandard::DIN, DensityStandard::DINNB, DensityStandard::ANSIA,
-                                     DensityStandard::ANSIT, DensityStandard::SPI}) {
+             DensityStandard::ANSIT, DensityStandard::SPI}) {
         HvDensities white;
         ASSERT_TRUE(CMetry::GetRawDensities(Flat(1.0f), standard, false, white));
         HvDensities grey;
@@ -84,7 +84,7 @@ TEST_F(DensityTest, FlatSpectraGiveEqualDensitiesUnderEveryStandard)
 TEST_F(DensityTest, EachStandardReadsItsOwnBand)
 {
     HvSpectrum sample = Flat(0.5f);
-    sample[24] = 0.02f;  // 620 nm
+    sample[24] = 0.02f; // 620 nm
     float density = 0.0f;
     DensityFilterMode channel = DensityFilterMode::Cyan;
     ASSERT_TRUE(CMetry::GetDensityValue(sample, DensityStandard::DINNB, false, density, channel, false));
@@ -113,8 +113,10 @@ TEST_F(DensityTest, AutomaticSelectionPrefersBlackForNeutralColours)
     const HvSpectrum cyan = Cyan();
     EXPECT_EQ(String("Cyan"), CMetry::GetDensityFilter(cyan, Conditions("Absolute")));
     EXPECT_EQ(String("Cyan"), CMetry::GetDensityFilter(cyan, Conditions("Absolute", "Max")));
-    EXPECT_EQ(CMetry::GetDensity(cyan, Conditions("Absolute", "Cyan")), CMetry::GetDensity(cyan, Conditions("Absolute")));
-    EXPECT_EQ(CMetry::GetDensity(cyan, Conditions("Absolute")), CMetry::GetDensity(cyan, Conditions("Absolute", "Max")));
+    EXPECT_EQ(
+        CMetry::GetDensity(cyan, Conditions("Absolute", "Cyan")), CMetry::GetDensity(cyan, Conditions("Absolute")));
+    EXPECT_EQ(
+        CMetry::GetDensity(cyan, Conditions("Absolute")), CMetry::GetDensity(cyan, Conditions("Absolute", "Max")));
     EXPECT_EQ(String("Black"), CMetry::GetDensityFilter(Flat(0.3f), Conditions("Absolute")));
     EXPECT_EQ(String("Yellow"), CMetry::GetDensityFilter(cyan, Conditions("Absolute", "Yellow")));
 }
@@ -122,7 +124,7 @@ TEST_F(DensityTest, AutomaticSelectionPrefersBlackForNeutralColours)
 TEST_F(DensityTest, BlackSpectrumHasNoDensityInAFixedChannel)
 {
     EXPECT_EQ("Calculation of Density failed",
-              CMetryFailure([] { CMetry::GetDensity(Flat(0.0f), Conditions("Absolute", "Cyan")); }));
+        CMetryFailure([] { CMetry::GetDensity(Flat(0.0f), Conditions("Absolute", "Cyan")); }));
     EXPECT_FLOAT_EQ(11.99f, CMetry::GetDensity(Flat(0.0f), Conditions("Absolute")));
     EXPECT_EQ(String("Black"), CMetry::GetDensityFilter(Flat(0.0f), Conditions("Absolute")));
     float density = 0.0f;
@@ -132,7 +134,7 @@ TEST_F(DensityTest, BlackSpectrumHasNoDensityInAFixedChannel)
     EXPECT_EQ(DensityFilterMode::Undefined, channel);
     channel = DensityFilterMode::Max;
     EXPECT_THROW(CMetry::GetDensityValue(Flat(0.5f), DensityStandard::DIN, false, density, channel, false),
-                 Utilities::ExceptionOutOfBound);
+        Utilities::ExceptionOutOfBound);
 }
 
 TEST(DensityDeathTest, PaperRelativeDensityNeedsAPaperWhite)
@@ -140,10 +142,10 @@ TEST(DensityDeathTest, PaperRelativeDensityNeedsAPaperWhite)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            const bool automatic = CMetryFailure([] { CMetry::GetDensity(Cyan(), Conditions("Automatic")); }) ==
-                                   "Missing WhiteReference";
-            const bool paper = CMetryFailure([] { CMetry::GetDensity(Cyan(), Conditions("Paper")); }) ==
-                               "Missing WhiteReference";
+            const bool automatic =
+                CMetryFailure([] { CMetry::GetDensity(Cyan(), Conditions("Automatic")); }) == "Missing WhiteReference";
+            const bool paper =
+                CMetryFailure([] { CMetry::GetDensity(Cyan(), Conditions("Paper")); }) == "Missing WhiteReference";
             HvDensities densities;
             const bool relative = !CMetry::GetRawDensities(Cyan(), DensityStandard::DIN, true, densities);
             std::exit(automatic && paper && relative ? 0 : 1);
@@ -186,9 +188,10 @@ TEST_F(DensityTest, CorrectionFactorsAlwaysAndOffsetsOnlyForAbsoluteDensities)
     const float plain = CMetry::GetDensity(Cyan(), Conditions("Absolute", "Cyan"));
     EXPECT_NEAR(plain * 2.0f + 0.5f, CMetry::GetDensity(filtered, Conditions("Absolute", "Cyan")), 1e-5);
     EXPECT_NEAR(plain * 2.0f, CMetry::GetDensity(filtered, Conditions("Paper", "Cyan")), 1e-5);
-    EXPECT_NEAR(plain, CMetry::GetDensity(filtered, Conditions("Absolute", "Cyan", "ANSIA")) -
-                           CMetry::GetDensity(Cyan(), Conditions("Absolute", "Cyan", "ANSIA")) + plain,
-                1e-6);
+    EXPECT_NEAR(plain,
+        CMetry::GetDensity(filtered, Conditions("Absolute", "Cyan", "ANSIA")) -
+            CMetry::GetDensity(Cyan(), Conditions("Absolute", "Cyan", "ANSIA")) + plain,
+        1e-6);
 
     SmartPointer<Vector<float>> factors;
     SmartPointer<Vector<float>> offsets;
@@ -205,8 +208,8 @@ TEST_F(DensityTest, CorrectionFactorsAlwaysAndOffsetsOnlyForAbsoluteDensities)
     EXPECT_EQ(0.1f, (*offsets)[3]);
 
     SmartPointer<Vector<float>> tooShort(new Vector<float>(3));
-    EXPECT_THROW(CMetry::SetDensityCorrection(select, tooShort, SmartPointer<Vector<float>>()),
-                 Utilities::ExceptionOutOfBound);
+    EXPECT_THROW(
+        CMetry::SetDensityCorrection(select, tooShort, SmartPointer<Vector<float>>()), Utilities::ExceptionOutOfBound);
     CMetry::GetDensityCorrection(select, factors, offsets);
     EXPECT_EQ(0.1f, (*offsets)[1]);
 }
@@ -247,10 +250,10 @@ TEST_F(DensityTest, UserFiltersReachTheSetWhenTheStandardChanges)
 TEST_F(DensityTest, SpectralAndPeakDensities)
 {
     HvSpectrum sample = Flat(0.5f);
-    sample[0] = 0.0f;   // 380 nm, outside the peak search
-    sample[4] = 0.1f;   // 420 nm
-    sample[29] = 0.1f;  // 670 nm, as low and nearer the middle
-    sample[30] = 0.1f;  // 680 nm, as low but farther
+    sample[0] = 0.0f; // 380 nm, outside the peak search
+    sample[4] = 0.1f; // 420 nm
+    sample[29] = 0.1f; // 670 nm, as low and nearer the middle
+    sample[30] = 0.1f; // 680 nm, as low but farther
     std::array<float, 36> spectral;
     ASSERT_TRUE(CMetry::GetSpectralDensities(sample, false, spectral.data()));
     EXPECT_EQ(9.99f, spectral[0]);
@@ -261,8 +264,8 @@ TEST_F(DensityTest, SpectralAndPeakDensities)
     ASSERT_TRUE(CMetry::GetPeakDensity(sample, false, density, wavelength));
     EXPECT_FLOAT_EQ(1.0f, density);
     EXPECT_EQ(670, wavelength);
-    sample[2] = 0.05f;  // 400 nm, below the search range
-    sample[3] = 0.08f;  // 410 nm, its first point
+    sample[2] = 0.05f; // 400 nm, below the search range
+    sample[3] = 0.08f; // 410 nm, its first point
     ASSERT_TRUE(CMetry::GetPeakDensity(sample, false, density, wavelength));
     EXPECT_EQ(410, wavelength);
 

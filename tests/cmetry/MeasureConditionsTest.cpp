@@ -75,14 +75,14 @@ public:
         }
         return key;
     }
-    void SetLanguage(const String&) override {}
+    void SetLanguage(const String&) override { }
     String GetLanguage() const override { return String("Deutsch"); }
     Utilities::Vector<String> GetLanguages() const override { return Utilities::Vector<String>(0); }
     String ReverseTranslate(const String& text) override { return text; }
-    void SetMark(bool) override {}
+    void SetMark(bool) override { }
     bool GetMark() const override { return false; }
     bool IsLoaded() const override { return true; }
-    void Load() override {}
+    void Load() override { }
 };
 
 }
@@ -113,8 +113,8 @@ TEST(MeasureConditions, NewConditionsAnswerEveryKeyWithItsDefault)
 
 TEST(MeasureConditions, VocabularyListsTheValidValuesInListOrder)
 {
-    EXPECT_EQ((std::vector<std::string>{"A", "B", "C", "D50", "D55", "D65", "D75", "Dxx", "F", "Userdefined",
-                  "Emission"}),
+    EXPECT_EQ(
+        (std::vector<std::string>{"A", "B", "C", "D50", "D55", "D65", "D75", "Dxx", "F", "Userdefined", "Emission"}),
         ValidValues("Colorimetric.Illumination"));
     EXPECT_EQ((std::vector<std::string>{"TwoDegree", "TenDegree"}), ValidValues("Colorimetric.Observer"));
     EXPECT_EQ((std::vector<std::string>{"Absolute", "Paper", "Automatic"}), ValidValues("Colorimetric.WhiteBase"));
@@ -124,8 +124,8 @@ TEST(MeasureConditions, VocabularyListsTheValidValuesInListOrder)
         ValidValues("Colorimetric.DensityFilterMode"));
     EXPECT_EQ((std::vector<std::string>{"No", "Polarizer", "UVCut", "D65", "Custom", "CalibrationCheck", "ND0"}),
         ValidValues("Physical.Filter"));
-    EXPECT_EQ((std::vector<std::string>{"CIELab", "CIELCh", "CIELuv", "CIELChuv", "CIEuvY1960", "CIEuvY1976",
-                  "CIEXYZ", "CIExyY", "HunterLab", "RxRyRz", "LABmg", "LCHmg", "RGB", "CMYK"}),
+    EXPECT_EQ((std::vector<std::string>{"CIELab", "CIELCh", "CIELuv", "CIELChuv", "CIEuvY1960", "CIEuvY1976", "CIEXYZ",
+                  "CIExyY", "HunterLab", "RxRyRz", "LABmg", "LCHmg", "RGB", "CMYK"}),
         ValidValues("ColorSpaceDescription.Type"));
     EXPECT_EQ((std::vector<std::string>{"AbsoluteVector", "DeltaVector"}),
         ValidValues("ColorSpaceDescription.AbsoluteOrDeltaVector"));
@@ -256,8 +256,8 @@ TEST(MeasureConditions, WrongValuesFailWithTheirTextsAndChangeNothing)
 TEST(MeasureConditions, IlluminationTextsWithoutTheirNumberFail)
 {
     HvMeasureConditions conditions;
-    for (const char* text : {"F", "Fx", "F99999", "Dxx", "Dxx, Temperature:", "Dxx, Temperature:hot",
-             "Dxx, Temp:5000", ""}) {
+    for (const char* text :
+        {"F", "Fx", "F99999", "Dxx", "Dxx, Temperature:", "Dxx, Temperature:hot", "Dxx, Temp:5000", ""}) {
         EXPECT_EQ(std::string(text) + " is not a valid illuminationtype",
             SetFailure(conditions, "Colorimetric.Illumination", text));
     }
@@ -279,8 +279,8 @@ TEST(MeasureConditions, FixedGridKeysAreAcceptedAndIgnored)
 TEST(MeasureConditions, CustomConditionsOnlyWhileEnabled)
 {
     HvMeasureConditions conditions;
-    EXPECT_EQ("Modification not supported for key: Colorimetric.Gloss",
-        SetFailure(conditions, "Colorimetric.Gloss", "High"));
+    EXPECT_EQ(
+        "Modification not supported for key: Colorimetric.Gloss", SetFailure(conditions, "Colorimetric.Gloss", "High"));
     EXPECT_EQ("Modification not supported for key: colorimetric.illumination",
         SetFailure(conditions, "colorimetric.illumination", "D50"));
 
@@ -298,8 +298,8 @@ TEST(MeasureConditions, CustomConditionsOnlyWhileEnabled)
     conditions.SetCondition("CustomCondition", "Disable");
     EXPECT_EQ("Undefined", ConditionOf(conditions, "Colorimetric.Gloss"));
     EXPECT_EQ("Undefined", ConditionOf(conditions, "CustomCondition"));
-    EXPECT_EQ("Modification not supported for key: Colorimetric.Gloss",
-        SetFailure(conditions, "Colorimetric.Gloss", "Low"));
+    EXPECT_EQ(
+        "Modification not supported for key: Colorimetric.Gloss", SetFailure(conditions, "Colorimetric.Gloss", "Low"));
     EXPECT_EQ("High", ConditionOf(copy, "Colorimetric.Gloss"));
 
     // Custom conditions take no part in equality.
@@ -325,8 +325,7 @@ TEST(MeasureConditions, AMapOfConditionsStopsAtItsFirstFailure)
         }
     }
     HvMeasureConditions conditions;
-    EXPECT_EQ("Lab is not a valid color space",
-        FailureText<ExceptionCMetry>([&] { conditions.SetCondition(pairs); }));
+    EXPECT_EQ("Lab is not a valid color space", FailureText<ExceptionCMetry>([&] { conditions.SetCondition(pairs); }));
     EXPECT_EQ(expected, conditions);
 
     pairs["ColorSpaceDescription.Type"] = "CIELCh";

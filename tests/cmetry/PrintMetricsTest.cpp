@@ -72,29 +72,29 @@ TEST_F(PrintMetrics, WithoutPaperWhiteDotGainAndSlurFail)
     CMetry::SetPaperWhite(Flat(0.0f));
     const HvMeasureConditions conditions;
     EXPECT_EQ("Calculation of dot gain failed",
-              CMetryFailure([&] { CMetry::GetDotGain(Tint(0.5), Flat(0.1f), conditions, 50.0f); }));
+        CMetryFailure([&] { CMetry::GetDotGain(Tint(0.5), Flat(0.1f), conditions, 50.0f); }));
     Utilities::Vector<HvSpectrum> halftones(2);
     EXPECT_EQ("Calculation of slur failed at Halftone 0",
-              CMetryFailure([&] { CMetry::GetSlur(halftones, Flat(0.1f), conditions); }));
+        CMetryFailure([&] { CMetry::GetSlur(halftones, Flat(0.1f), conditions); }));
 }
 
 TEST_F(PrintMetrics, PrintContrastAndTrapping)
 {
     float value = 0.0f;
-    ASSERT_TRUE(CMetry::GetPrintContrast(OfDensity(1.0), OfDensity(0.6), DensityStandard::DIN, true,
-                                         DensityFilterMode::Cyan, value));
+    ASSERT_TRUE(CMetry::GetPrintContrast(
+        OfDensity(1.0), OfDensity(0.6), DensityStandard::DIN, true, DensityFilterMode::Cyan, value));
     EXPECT_NEAR(0.4f, value, 1e-5f);
-    ASSERT_TRUE(CMetry::GetPrintContrast(Flat(1.0f), OfDensity(0.6), DensityStandard::DIN, true,
-                                         DensityFilterMode::Cyan, value));
+    ASSERT_TRUE(CMetry::GetPrintContrast(
+        Flat(1.0f), OfDensity(0.6), DensityStandard::DIN, true, DensityFilterMode::Cyan, value));
     EXPECT_EQ(0.0f, value);
-    ASSERT_TRUE(CMetry::GetTrapping(OfDensity(0.5), OfDensity(1.0), OfDensity(1.2), DensityStandard::DIN,
-                                    DensityFilterMode::Magenta, value));
+    ASSERT_TRUE(CMetry::GetTrapping(
+        OfDensity(0.5), OfDensity(1.0), OfDensity(1.2), DensityStandard::DIN, DensityFilterMode::Magenta, value));
     EXPECT_NEAR(0.7f, value, 1e-5f);
-    ASSERT_TRUE(CMetry::GetTrapping(OfDensity(0.5), OfDensity(1.0), OfDensity(1.2), DensityStandard::DIN,
-                                    DensityFilterMode::Max, value));
+    ASSERT_TRUE(CMetry::GetTrapping(
+        OfDensity(0.5), OfDensity(1.0), OfDensity(1.2), DensityStandard::DIN, DensityFilterMode::Max, value));
     EXPECT_NEAR(0.7f, value, 1e-5f);
-    ASSERT_TRUE(CMetry::GetTrapping(OfDensity(0.5), Flat(1.0f), OfDensity(1.2), DensityStandard::DIN,
-                                    DensityFilterMode::Yellow, value));
+    ASSERT_TRUE(CMetry::GetTrapping(
+        OfDensity(0.5), Flat(1.0f), OfDensity(1.2), DensityStandard::DIN, DensityFilterMode::Yellow, value));
     EXPECT_EQ(1.0f, value);
     const HvMeasureConditions conditions;
     const HvDensities first({0.0f, 0.3f, 0.1f, 0.1f}, nullptr, DensityStandard::DIN, conditions);

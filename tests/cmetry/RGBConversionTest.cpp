@@ -5,8 +5,8 @@
 #include "cmetry/CMetryCalculator.h"
 #include "cmetry/ColorSpaceConversion.h"
 #include "cmetry/VellumCMMScreen.h"
-#include "utilities/ComponentCreatorNormal.h"
 #include "tests/cmetry/ColourSamples.h"
+#include "utilities/ComponentCreatorNormal.h"
 
 using CMetry::CMetryCalculator;
 using CMetry::HvColorVector;

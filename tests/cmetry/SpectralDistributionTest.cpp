@@ -1,8 +1,8 @@
+#include "cmetry/SpectralDistribution.h"
 #include "cmetry/CieTables.h"
 #include "cmetry/HvSpectrum.h"
 #include "cmetry/IlluminationTYPE.h"
 #include "cmetry/LagrangeCoefficients.h"
-#include "cmetry/SpectralDistribution.h"
 #include "utilities/ExceptionCalculationProblem.h"
 
 #include "tests/utilities/FailureText.h"
@@ -53,8 +53,8 @@ SpectralDistribution Sampled(int minimum, int maximum, int step, const std::func
     for (int wavelength = minimum; wavelength <= maximum; wavelength += step) {
         values.push_back(static_cast<float>(function(wavelength)));
     }
-    return SpectralDistribution(static_cast<uint16_t>(minimum), static_cast<uint16_t>(maximum),
-        static_cast<uint16_t>(step), values);
+    return SpectralDistribution(
+        static_cast<uint16_t>(minimum), static_cast<uint16_t>(maximum), static_cast<uint16_t>(step), values);
 }
 
 }
@@ -96,16 +96,20 @@ TEST(SpectralDistribution, IlluminationsTakeTheirBuiltInTables)
         ExpectSameTable(CieTables::Illuminant[type],
             SpectralDistribution::GetIlluminantDistribution(IlluminationTYPE(static_cast<Illumination>(type))));
     }
-    ExpectSameTable(CieTables::Fluorescent[1], SpectralDistribution::GetIlluminantDistribution(ParseIllumination("F2")));
-    ExpectSameTable(CieTables::Fluorescent[6], SpectralDistribution::GetIlluminantDistribution(ParseIllumination("F7")));
-    ExpectSameTable(CieTables::Fluorescent[10], SpectralDistribution::GetIlluminantDistribution(ParseIllumination("F11")));
+    ExpectSameTable(
+        CieTables::Fluorescent[1], SpectralDistribution::GetIlluminantDistribution(ParseIllumination("F2")));
+    ExpectSameTable(
+        CieTables::Fluorescent[6], SpectralDistribution::GetIlluminantDistribution(ParseIllumination("F7")));
+    ExpectSameTable(
+        CieTables::Fluorescent[10], SpectralDistribution::GetIlluminantDistribution(ParseIllumination("F11")));
     for (uint8_t fValue = 1; fValue <= 12; ++fValue) {
         ExpectSameTable(CieTables::Fluorescent[fValue - 1],
             SpectralDistribution::GetIlluminantDistribution(IlluminationTYPE::Fluorescent(fValue)));
     }
     for (int component = 0; component < 3; ++component) {
-        ExpectSameTable(CieTables::Daylight[component], SpectralDistribution::GetIlluminantDistribution(
-                                                            IlluminationTYPE(static_cast<Illumination>(14 + component))));
+        ExpectSameTable(CieTables::Daylight[component],
+            SpectralDistribution::GetIlluminantDistribution(
+                IlluminationTYPE(static_cast<Illumination>(14 + component))));
     }
 }
 
@@ -164,7 +168,8 @@ TEST(SpectralDistribution, DaylightRuleReproducesTheTabulatedDaylight)
 
 TEST(SpectralDistribution, InterpolationTo1nmKeepsTheTableAndExtendsItsEnds)
 {
-    const SpectralDistribution d65 = SpectralDistribution::GetIlluminantDistribution(IlluminationTYPE(Illumination::D65));
+    const SpectralDistribution d65 =
+        SpectralDistribution::GetIlluminantDistribution(IlluminationTYPE(Illumination::D65));
     const SpectralDistribution d65At1nm = d65.InterpolatedTo1nm(360, 780);
     EXPECT_EQ(360, d65At1nm.GetMinimum());
     ASSERT_EQ(421u, d65At1nm.GetValues().size());
@@ -172,7 +177,8 @@ TEST(SpectralDistribution, InterpolationTo1nmKeepsTheTableAndExtendsItsEnds)
         EXPECT_EQ(d65.ValueAt(wavelength), d65At1nm.ValueAt(wavelength)) << wavelength;
     }
 
-    const SpectralDistribution d50 = SpectralDistribution::GetIlluminantDistribution(IlluminationTYPE(Illumination::D50));
+    const SpectralDistribution d50 =
+        SpectralDistribution::GetIlluminantDistribution(IlluminationTYPE(Illumination::D50));
     const SpectralDistribution d50At1nm = d50.InterpolatedTo1nm(360, 780);
     for (uint16_t wavelength = 360; wavelength <= 780; wavelength += 5) {
         EXPECT_FLOAT_EQ(d50.ValueAt(wavelength), d50At1nm.ValueAt(wavelength)) << wavelength;

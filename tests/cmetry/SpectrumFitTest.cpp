@@ -105,5 +105,5 @@ TEST(SpectrumFit, OtherColourSpacesAreFittedThroughCIELab)
     const HvColorVector xyz = CMetryCalculator::Convert(lab, "CIEXYZ");
     EXPECT_LT(DistanceToColour(SpectrumFit::GetSpectrum(xyz), lab), 0.1);
     EXPECT_EQ("Conversion not supported from ColorSpace CIELCh to ColorSpace CIELab",
-              CMetryFailure([&] { SpectrumFit::GetSpectrum(CMetryCalculator::Convert(lab, "CIELCh")); }));
+        CMetryFailure([&] { SpectrumFit::GetSpectrum(CMetryCalculator::Convert(lab, "CIELCh")); }));
 }

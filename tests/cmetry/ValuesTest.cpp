@@ -237,10 +237,9 @@ TEST(PaperWhiteDeathTest, NothingIsDividedBeforeAPaperWhiteIsSet)
         {
             HvSpectrum spectrum = Flat(0.5f);
             const bool failed = HasPaperWhite(HvMeasureConditions()) || DivideByPaperWhite(spectrum) ||
-                                spectrum != Flat(0.5f) ||
-                                Text(GetPaperWhiteValueString()) != "Paper white: not present" ||
-                                FailureText<Utilities::ExceptionNullpointer>([] { GetPaperWhite(); }) !=
-                                    "Failed to dereference nullpointer.";
+                spectrum != Flat(0.5f) || Text(GetPaperWhiteValueString()) != "Paper white: not present" ||
+                FailureText<Utilities::ExceptionNullpointer>([] { GetPaperWhite(); }) !=
+                    "Failed to dereference nullpointer.";
             std::exit(failed ? 1 : 0);
         },
         testing::ExitedWithCode(0), "");

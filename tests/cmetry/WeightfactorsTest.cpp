@@ -1,3 +1,4 @@
+#include "cmetry/Weightfactors.h"
 #include "cmetry/CieTables.h"
 #include "cmetry/HvColorVector.h"
 #include "cmetry/HvMeasureConditions.h"
@@ -5,7 +6,6 @@
 #include "cmetry/PaperWhite.h"
 #include "cmetry/Tristimulus.h"
 #include "cmetry/WeightfactorCache.h"
-#include "cmetry/Weightfactors.h"
 #include "utilities/ExceptionCalculationProblem.h"
 #include "utilities/ExceptionNullpointer.h"
 
@@ -46,7 +46,8 @@ std::array<float, 3> XYZ(const HvSpectrum& spectrum, const HvMeasureConditions& 
 
 double Clamped(const CieTables::Table& table, int wavelength)
 {
-    const int index = std::clamp((wavelength - table.minimum) / table.step, 0, static_cast<int>(table.values.size()) - 1);
+    const int index =
+        std::clamp((wavelength - table.minimum) / table.step, 0, static_cast<int>(table.values.size()) - 1);
     return table.values[static_cast<std::size_t>(index)];
 }
 
@@ -92,8 +93,7 @@ std::vector<double> IlluminantAt1nm(const CieTables::Table& table)
 
 std::vector<double> SamplesAt1nm(const float* values)
 {
-    return OneNanometre(
-        [&](int wavelength) { return values[std::clamp((wavelength - 380) / 10, 0, 35)]; }, 10);
+    return OneNanometre([&](int wavelength) { return values[std::clamp((wavelength - 380) / 10, 0, 35)]; }, 10);
 }
 
 // X, Y, Z by summing at 1 nm over 360 to 780 nm; an empty illuminant means emission.
@@ -249,13 +249,14 @@ TEST(Weightfactors, DataGridChecksNameTheirFault)
         uint16_t count, minimum, maximum;
         std::string failure;
     } cases[] = {{36, 380, 730, "no failure"}, {43, 360, 780, "no failure"}, {4, 360, 780, "no failure"},
-        {3, 380, 730, "Measure conditions: Too few measure data"}, {36, 730, 380, bandwidth},
-        {36, 380, 380, bandwidth}, {36, 10, 360, bandwidth}, {36, 780, 1130, bandwidth}, {5, 380, 480, step},
-        {100, 380, 400, step}, {36, 380, 800, grid}, {36, 385, 735, grid}};
+        {3, 380, 730, "Measure conditions: Too few measure data"}, {36, 730, 380, bandwidth}, {36, 380, 380, bandwidth},
+        {36, 10, 360, bandwidth}, {36, 780, 1130, bandwidth}, {5, 380, 480, step}, {100, 380, 400, step},
+        {36, 380, 800, grid}, {36, 385, 735, grid}};
     for (const auto& c : cases) {
         EXPECT_EQ(c.failure, FailureText<ExceptionCalculationProblem>([&] {
             Weightfactors::CheckDataGrid(c.count, c.minimum, c.maximum);
-        })) << c.count << " points " << c.minimum << " to " << c.maximum;
+        })) << c.count
+            << " points " << c.minimum << " to " << c.maximum;
     }
 }
 
@@ -279,10 +280,12 @@ TEST(Tristimulus, TestColourSamplesMatchIntegrationAt1nm)
     for (const auto& illuminant : illuminants) {
         const std::vector<double> power = IlluminantAt1nm(illuminant.table);
         for (int observer = 0; observer < 2; ++observer) {
-            const HvMeasureConditions conditions = ConditionsWith(illuminant.illumination, static_cast<Observer>(observer));
+            const HvMeasureConditions conditions =
+                ConditionsWith(illuminant.illumination, static_cast<Observer>(observer));
             for (const auto& sample : samples) {
-                ExpectNear(Integrated(power, observer, sample.values.data()), XYZ(SpectrumOf(sample.values), conditions),
-                    1e-3, std::string(sample.name) + " under " + illuminant.illumination);
+                ExpectNear(Integrated(power, observer, sample.values.data()),
+                    XYZ(SpectrumOf(sample.values), conditions), 1e-3,
+                    std::string(sample.name) + " under " + illuminant.illumination);
             }
         }
     }
@@ -292,7 +295,8 @@ TEST(Tristimulus, UserDefinedIlluminantIsInterpolatedFromItsDataPoints)
 {
     Reflectance lamp;
     for (int index = 0; index < 36; ++index) {
-        lamp[static_cast<std::size_t>(index)] = 20.0f + 3.0f * static_cast<float>(index) + (index % 5 == 0 ? 15.0f : 0.0f);
+        lamp[static_cast<std::size_t>(index)] =
+            20.0f + 3.0f * static_cast<float>(index) + (index % 5 == 0 ? 15.0f : 0.0f);
     }
     HvMeasureConditions conditions;
     conditions.SetUserDefinedIllumination(SpectrumOf(lamp));
@@ -376,8 +380,8 @@ TEST(TristimulusDeathTest, PaperWhiteBaseWithoutPaperWhiteComputesNothing)
             paper.SetCondition("Colorimetric.WhiteBase", "Paper");
             HvColorVector out(1.0f, 2.0f, 3.0f, HvMeasureConditions());
             const bool refused = !GetXYZ(Flat(0.5f), paper, out) &&
-                                 out == HvColorVector(1.0f, 2.0f, 3.0f, HvMeasureConditions()) &&
-                                 WeightfactorCache::GetWeightfactors().IsNull();
+                out == HvColorVector(1.0f, 2.0f, 3.0f, HvMeasureConditions()) &&
+                WeightfactorCache::GetWeightfactors().IsNull();
             HvMeasureConditions emission = ConditionsWith("Emission");
             const bool emissionIgnoresWhiteBase = GetXYZ(SpectrumOf(tcs01, emission), paper, out);
             std::exit(refused && emissionIgnoresWhiteBase ? 0 : 1);
@@ -390,8 +394,8 @@ TEST(WeightfactorCacheDeathTest, EmptyCacheAnswersWithDefaults)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            const bool empty =
-                WeightfactorCache::GetWeightfactors().IsNull() && WeightfactorCache::GetWhitePoint(0) == 0.0f &&
+            const bool empty = WeightfactorCache::GetWeightfactors().IsNull() &&
+                WeightfactorCache::GetWhitePoint(0) == 0.0f &&
                 WeightfactorCache::GetIllumination() == IlluminationTYPE(Illumination::D65) &&
                 WeightfactorCache::GetObserver() == Observer::TwoDegree &&
                 FailureText<Utilities::ExceptionNullpointer>([] { WeightfactorCache::GetWeights(0); }) ==

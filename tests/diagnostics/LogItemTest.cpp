@@ -29,8 +29,8 @@ TEST(LogItemTest, LinesShowDepthAddressNameAndWhateverDetailsThereAre)
     const FunctionName append("Utilities", "List", "Append");
     const FunctionName density("CMetry", nullptr, "GetDensity");
 
-    EXPECT_EQ("| | RETURN - 0x12ab40 - Utilities::List::Append - {true}",
-              LineOf(ReturnLogItem(append, address, 3, "true")));
+    EXPECT_EQ(
+        "| | RETURN - 0x12ab40 - Utilities::List::Append - {true}", LineOf(ReturnLogItem(append, address, 3, "true")));
     EXPECT_EQ("CALL - CMetry::GetDensity", LineOf(CallLogItem(density, nullptr, 1, "")));
     EXPECT_EQ("    bucket 7 is empty", LineOf(DebugBreakLogItem(density, address, 3, "bucket 7 is empty")));
     EXPECT_EQ("| | ( bucket:7 )", LineOf(UserDebugLogItem(density, address, 3, "( bucket:7 )")));
@@ -40,7 +40,7 @@ TEST(LogItemTest, LinesShowDepthAddressNameAndWhateverDetailsThereAre)
 TEST(LogItemTest, TheTracersOwnFailures)
 {
     EXPECT_STREQ("Assertion failed Tracer::Check: depth, below zero",
-                 ExceptionDiagnostic("Assertion failed", "Tracer::Check", "depth", "below zero").Text().CString());
+        ExceptionDiagnostic("Assertion failed", "Tracer::Check", "depth", "below zero").Text().CString());
 
     Vector<String> names;
     for (long i = 0; i < 45; ++i) {

@@ -106,9 +106,8 @@ TEST(TracerTest, CallsAndReturnsAreIndentedByDepthInThePublishersAndTheDebugOutp
     AppendToList(3);
 
     const Lines expected{"CALL - 0x12ab40 - Utilities::List::Append - ( value:3, where:end )",
-                         "| CALL - Utilities::Map::Find - ( key:3 )",
-                         "| RETURN - Utilities::Map::Find - {6}",
-                         "RETURN - 0x12ab40 - Utilities::List::Append"};
+        "| CALL - Utilities::Map::Find - ( key:3 )", "| RETURN - Utilities::Map::Find - {6}",
+        "RETURN - 0x12ab40 - Utilities::List::Append"};
     EXPECT_EQ(expected, publisher.lines);
     const Lines lines = DebugOutputLines();
     ASSERT_GE(lines.size(), 4U);
@@ -125,11 +124,9 @@ TEST(TracerTest, AShowOnlyFilterTracesOnlyItsPackage)
     }
 
     // The hidden function still counts as a level.
-    EXPECT_EQ((Lines{"| CALL - Utilities::Map::Find - ( key:1 )",
-                     "| RETURN - Utilities::Map::Find - {2}",
-                     "CALL - Utilities::Trim - ()",
-                     "RETURN - Utilities::Trim"}),
-              publisher.lines);
+    EXPECT_EQ((Lines{"| CALL - Utilities::Map::Find - ( key:1 )", "| RETURN - Utilities::Map::Find - {2}",
+                  "CALL - Utilities::Trim - ()", "RETURN - Utilities::Trim"}),
+        publisher.lines);
 }
 
 TEST(TracerTest, DebugTextsStandBelowTheirFunction)
@@ -155,13 +152,10 @@ TEST(TracerTest, DebugTextsStandBelowTheirFunction)
         FindInMap(2);
     }
 
-    EXPECT_EQ((Lines{"CALL - Utilities::Map::Rehash - ()",
-                     "  bucket 7 is empty",
-                     "| ( bucket:7, size:53 )",
-                     "| CALL - Utilities::Map::Find - ( key:2 )",
-                     "| RETURN - Utilities::Map::Find - {4}",
-                     "RETURN - Utilities::Map::Rehash"}),
-              publisher.lines);
+    EXPECT_EQ((Lines{"CALL - Utilities::Map::Rehash - ()", "  bucket 7 is empty", "| ( bucket:7, size:53 )",
+                  "| CALL - Utilities::Map::Find - ( key:2 )", "| RETURN - Utilities::Map::Find - {4}",
+                  "RETURN - Utilities::Map::Rehash"}),
+        publisher.lines);
 }
 
 TEST(TracerTest, AResultThatIsNeverReportedIsAMissingReturn)
@@ -175,13 +169,12 @@ TEST(TracerTest, AResultThatIsNeverReportedIsAMissingReturn)
         forgetful.LogCall();
     }
 
-    EXPECT_EQ((Lines{"CALL - Utilities::List::Size - ()",
-                     "| CALL - Utilities::List::Count - ()",
-                     "| RETURN - Utilities::List::Count",
-                     "| CALL - Utilities::List::Count - ( \n| ********** Developer Exception : Missing return "
-                     "statement! **********: )",
-                     "RETURN - Utilities::List::Size"}),
-              publisher.lines);
+    EXPECT_EQ((Lines{"CALL - Utilities::List::Size - ()", "| CALL - Utilities::List::Count - ()",
+                  "| RETURN - Utilities::List::Count",
+                  "| CALL - Utilities::List::Count - ( \n| ********** Developer Exception : Missing return "
+                  "statement! **********: )",
+                  "RETURN - Utilities::List::Size"}),
+        publisher.lines);
 }
 
 TEST(TracerTest, AFunctionLeftByAnExceptionMissesNoReturn)
@@ -198,16 +191,17 @@ TEST(TracerTest, AFunctionLeftByAnExceptionMissesNoReturn)
         TraceItem after("Utilities", "String", "Length");
     }
 
-    EXPECT_EQ((Lines{"CALL - Utilities::String::ToLong - ()",
-                     "RETURN - Utilities::String::ToLong",
-                     "RETURN - Utilities::String::Length"}),
-              publisher.lines);
+    EXPECT_EQ((Lines{"CALL - Utilities::String::ToLong - ()", "RETURN - Utilities::String::ToLong",
+                  "RETURN - Utilities::String::Length"}),
+        publisher.lines);
 }
 
 TEST(TracerTest, PublishersTakeTheFreeSlotsAndLeaveThem)
 {
     // The manager's own publisher of DebugOutput.txt holds one of the five slots.
-    { TraceItem first("Utilities", "List", "Clear"); }
+    {
+        TraceItem first("Utilities", "List", "Clear");
+    }
 
     std::vector<std::unique_ptr<LinePublisher>> publishers;
     for (int i = 0; i < 4; ++i) {
@@ -219,7 +213,7 @@ TEST(TracerTest, PublishersTakeTheFreeSlotsAndLeaveThem)
     } catch (const ExceptionDiagnostic& failure) {
         EXPECT_STREQ("Assertion failed DiagnosticsManager::Register: free publisher slot, no more than 5 "
                      "publishers can be registered",
-                     failure.Text().CString());
+            failure.Text().CString());
     }
 
     publishers.erase(publishers.begin());

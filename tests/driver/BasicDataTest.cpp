@@ -15,8 +15,8 @@ using namespace DeviceDriverTest;
 
 namespace {
 
-BasicData Series(std::initializer_list<std::initializer_list<float>> rows, uint32_t gain = 1,
-                 float integrationTime = 0.1f)
+BasicData Series(
+    std::initializer_list<std::initializer_list<float>> rows, uint32_t gain = 1, float integrationTime = 0.1f)
 {
     BasicData data;
     data.SetGain(gain);
@@ -38,8 +38,8 @@ struct Operation {
 std::vector<Operation> Operations()
 {
     return {{"subtract", [](BasicData& a, const BasicData& b) { a.Subtract(b); }},
-            {"multiply", [](BasicData& a, const BasicData& b) { a.Multiply(b); }},
-            {"divide", [](BasicData& a, const BasicData& b) { a.Divide(b); }}};
+        {"multiply", [](BasicData& a, const BasicData& b) { a.Multiply(b); }},
+        {"divide", [](BasicData& a, const BasicData& b) { a.Divide(b); }}};
 }
 
 }
@@ -83,15 +83,23 @@ TEST(BasicDataTest, ArithmeticChecksSizeThenGainThenIntegrationTime)
     for (const Operation& operation : Operations()) {
         const std::string verb = operation.verb;
         BasicData a = Series({{1, 2}}, 1, 0.1f);
-        EXPECT_EQ(OutOfBoundText([&] { operation.apply(a, Series({{1, 2, 3}}, 0, 0.5f)); }),
-                  "Unable to " + verb + " (different vector size)");
-        EXPECT_EQ(OutOfBoundText([&] { operation.apply(a, Series({{1, 2}}, 0, 0.5f)); }),
-                  "Unable to " + verb + " (different gain)");
-        EXPECT_EQ(OutOfBoundText([&] { operation.apply(a, Series({{1, 2}}, 1, 0.102f)); }),
-                  "Unable to " + verb + " (different integration time)");
+        EXPECT_EQ(OutOfBoundText([&] {
+            operation.apply(a, Series({{1, 2, 3}}, 0, 0.5f));
+        }),
+            "Unable to " + verb + " (different vector size)");
+        EXPECT_EQ(OutOfBoundText([&] {
+            operation.apply(a, Series({{1, 2}}, 0, 0.5f));
+        }),
+            "Unable to " + verb + " (different gain)");
+        EXPECT_EQ(OutOfBoundText([&] {
+            operation.apply(a, Series({{1, 2}}, 1, 0.102f));
+        }),
+            "Unable to " + verb + " (different integration time)");
         BasicData later = Series({{1, 2}}, 1, 0.102f);
-        EXPECT_EQ(OutOfBoundText([&] { operation.apply(later, Series({{1, 2}}, 1, 0.1f)); }),
-                  "Unable to " + verb + " (different integration time)");
+        EXPECT_EQ(OutOfBoundText([&] {
+            operation.apply(later, Series({{1, 2}}, 1, 0.1f));
+        }),
+            "Unable to " + verb + " (different integration time)");
         EXPECT_EQ(AsStd(a.Load()), (std::vector<float>{1, 2})) << "a refused " << verb << " changes nothing";
 
         EXPECT_EQ(OutOfBoundText([&] { operation.apply(a, Series({{1, 2}}, 1, 0.1005f)); }), "no failure");

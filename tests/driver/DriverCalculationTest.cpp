@@ -165,7 +165,7 @@ DriverCalculation Calibrated()
 }
 
 SpectrumData Sample(DriverCalculation& calculation, const Offsets& offsets, const char* mode = "Remission",
-                    uint32_t gain = 1, float time = shortTime)
+    uint32_t gain = 1, float time = shortTime)
 {
     SensorData sensor = Measurement(offsets, gain, time);
     SpectrumData result;
@@ -251,7 +251,7 @@ TEST(DriverCalculationTest, TransmissionDividesByTheReference)
     SensorData dark = DarkMeasurement();
     calculation.CalculateDark(dark);
     EXPECT_EQ(OutOfBoundText([&] { Sample(calculation, Lamp(), "Transmission"); }),
-              "Sample calculation: Reference data not valid");
+        "Sample calculation: Reference data not valid");
 
     SensorData reference = Measurement(Lamp());
     EXPECT_FALSE(calculation.CalculateReference(reference));
@@ -271,7 +271,7 @@ TEST(DriverCalculationTest, SampleGuardEmptiesTheResultAndPrefixesTheText)
     SpectrumData result = OneRowSpectrum();
     SensorData sensor = Measurement(RisingSample());
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateSample(sensor, result, "Remission"); }),
-              "Sample calculation: Dark data not valid");
+        "Sample calculation: Dark data not valid");
     EXPECT_EQ(result.RowCount(), 0u);
 
     SensorData dark = DarkMeasurement();
@@ -281,23 +281,23 @@ TEST(DriverCalculationTest, SampleGuardEmptiesTheResultAndPrefixesTheText)
     result = OneRowSpectrum();
     sensor = Measurement(RisingSample());
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateSample(sensor, result, "Reflection"); }),
-              "Sample calculation: Unknown measure mode");
+        "Sample calculation: Unknown measure mode");
     EXPECT_EQ(result.RowCount(), 0u);
 
     EXPECT_EQ(OutOfBoundText([&] { Sample(calculation, RisingSample(), "Remission", 1, 0.05f); }),
-              "Sample calculation: Unable to subtract (different integration time)");
+        "Sample calculation: Unable to subtract (different integration time)");
     EXPECT_EQ(OutOfBoundText([&] { Sample(calculation, RisingSample(), "Remission", 0); }),
-              "Sample calculation: Unable to subtract (different gain)");
+        "Sample calculation: Unable to subtract (different gain)");
 
     SensorData noRaw;
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateSample(noRaw, result, "Emission"); }),
-              "Sample calculation: Invalid raw data for mean value");
+        "Sample calculation: Invalid raw data for mean value");
 
     calculation = Calibrated();
     SensorData darkAtNewTime = DarkMeasurement(1, 0.05f);
     calculation.CalculateDark(darkAtNewTime);
     EXPECT_EQ(OutOfBoundText([&] { Sample(calculation, RisingSample(), "Remission", 1, 0.05f); }),
-              "Sample calculation: Unable to multiply (different integration time)");
+        "Sample calculation: Unable to multiply (different integration time)");
 }
 
 TEST(DriverCalculationTest, MissingRecordIsNamedBehindThePrefix)
@@ -310,7 +310,7 @@ TEST(DriverCalculationTest, MissingRecordIsNamedBehindThePrefix)
     SensorData dark = DarkMeasurement();
     calculation.CalculateDark(dark);
     EXPECT_EQ(OutOfBoundText([&] { Sample(calculation, Lamp(), "Emission"); }),
-              "Sample calculation: Requested data is not available (ID 1002)");
+        "Sample calculation: Requested data is not available (ID 1002)");
 }
 
 TEST(DriverCalculationTest, WhiteGuardEmptiesTheWhite)
@@ -319,27 +319,27 @@ TEST(DriverCalculationTest, WhiteGuardEmptiesTheWhite)
     SensorData white = Measurement(Lamp());
     uint16_t filter = 7;
     EXPECT_EQ(OutOfBoundText([&] { withoutDark.CalculateWhite(white, filter, true, 1.0f); }),
-              "White calculation: Sample calculation: Dark data not valid");
+        "White calculation: Sample calculation: Dark data not valid");
     EXPECT_EQ(filter, 7);
 
     DriverCalculation calculation = Calibrated();
     ASSERT_TRUE(calculation.White().IsValid());
     SensorData inconsistent = Sensor({RawRow(Lamp()), RawRow(Scaled(Lamp(), 6, 5))});
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateWhite(inconsistent, filter, true, 1.0f); }),
-              "White calculation: Data is not consistent");
+        "White calculation: Data is not consistent");
     EXPECT_EQ(calculation.White().RowCount(), 0u);
 
     calculation = Calibrated();
     SensorData black = Measurement(Offsets(outputCount, 50));
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateWhite(black, filter, true, 1.0f); }),
-              "White calculation: White check failed");
+        "White calculation: White check failed");
     EXPECT_EQ(filter, WhiteTileWindow::noFilter);
     EXPECT_EQ(calculation.White().RowCount(), 0u);
     EXPECT_EQ(OutOfBoundText([&] { Sample(calculation, RisingSample()); }), "Sample calculation: White data not valid");
 
     SensorData darkAsWhite = DarkMeasurement();
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateWhite(darkAsWhite, filter, true, 1.0f); }),
-              "White calculation: Devision by zero");
+        "White calculation: Devision by zero");
 }
 
 TEST(DriverCalculationTest, DarkGuardEmptiesTheDarkAndLetsGain0GoHigher)
@@ -348,21 +348,21 @@ TEST(DriverCalculationTest, DarkGuardEmptiesTheDarkAndLetsGain0GoHigher)
     SensorData bright = Sensor({Filled<long>(pixelCount, 20000)});
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateDark(bright); }), "Dark calculation: Data is not valid");
     EXPECT_EQ(calculation.Dark().RowCount(), 0u);
-    EXPECT_EQ(OutOfBoundText([&] { Sample(calculation, Lamp(), "Emission"); }),
-              "Sample calculation: Dark data not valid");
+    EXPECT_EQ(
+        OutOfBoundText([&] { Sample(calculation, Lamp(), "Emission"); }), "Sample calculation: Dark data not valid");
 
     SensorData brightAtGain0 = Sensor({Filled<long>(pixelCount, 20000)}, 0);
     calculation.CalculateDark(brightAtGain0);
     EXPECT_EQ(calculation.Dark().DarkLevel(), 20000);
 
     SensorData noRaw;
-    EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateDark(noRaw); }),
-              "Dark calculation: Invalid raw data for mean value");
+    EXPECT_EQ(
+        OutOfBoundText([&] { calculation.CalculateDark(noRaw); }), "Dark calculation: Invalid raw data for mean value");
     EXPECT_FALSE(calculation.Dark().IsValid());
 
     SensorData reference = Measurement(Lamp());
     EXPECT_EQ(OutOfBoundText([&] { calculation.CalculateReference(reference); }),
-              "Reference calculation: Dark data not valid");
+        "Reference calculation: Dark data not valid");
     EXPECT_EQ(calculation.Reference().RowCount(), 0u);
 }
 
@@ -420,12 +420,14 @@ TEST(DriverCalculationTest, ConsistencyComparesTheMeanOfEachRepeatWithTheFirst)
     EXPECT_FALSE(calculation.CheckConsistency(
         Sensor({Filled<long>(pixelCount, 1000), Filled<long>(pixelCount, 1000), Filled<long>(pixelCount, 1051)})));
     EXPECT_FALSE(calculation.CheckConsistency(Sensor({Filled<long>(pixelCount, 1000), Filled<long>(pixelCount, 949)})));
-    EXPECT_EQ(OutOfBoundText([&] { calculation.CheckConsistency(Sensor({Vector<long>(0), Vector<long>(0)})); }),
-              "Devision by zero");
     EXPECT_EQ(OutOfBoundText([&] {
-                  calculation.CheckConsistency(Sensor({Filled<long>(pixelCount, 0), Filled<long>(pixelCount, 5)}));
-              }),
-              "Devision by zero");
+        calculation.CheckConsistency(Sensor({Vector<long>(0), Vector<long>(0)}));
+    }),
+        "Devision by zero");
+    EXPECT_EQ(OutOfBoundText([&] {
+        calculation.CheckConsistency(Sensor({Filled<long>(pixelCount, 0), Filled<long>(pixelCount, 5)}));
+    }),
+        "Devision by zero");
 }
 
 TEST(DriverCalculationTest, WhiteTileWindowBoundsAreInclusive)
@@ -461,12 +463,10 @@ TEST(DriverCalculationTest, CheckWhiteFindsTheFilterJustInsideItsWindow)
         long red;
         uint16_t filter;
     } tiles[] = {{plainCheckKind, 879, 6399, plain}, {plainCheckKind, 441, 5401, plain},
-                 {plainCheckKind, 881, 6000, none},  {plainCheckKind, 439, 6000, none},
-                 {plainCheckKind, 600, 6401, none},  {plainCheckKind, 600, 5399, none},
-                 {plainCheckKind, 100, 6000, none},  {uvCutCheckKind, 199, 7039, uvCut},
-                 {uvCutCheckKind, 0, 4801, uvCut},   {uvCutCheckKind, 201, 6000, none},
-                 {uvCutCheckKind, 100, 7041, none},  {uvCutCheckKind, 100, 4799, none},
-                 {uvCutCheckKind, plainBlue, plainRed, none}};
+        {plainCheckKind, 881, 6000, none}, {plainCheckKind, 439, 6000, none}, {plainCheckKind, 600, 6401, none},
+        {plainCheckKind, 600, 5399, none}, {plainCheckKind, 100, 6000, none}, {uvCutCheckKind, 199, 7039, uvCut},
+        {uvCutCheckKind, 0, 4801, uvCut}, {uvCutCheckKind, 201, 6000, none}, {uvCutCheckKind, 100, 7041, none},
+        {uvCutCheckKind, 100, 4799, none}, {uvCutCheckKind, plainBlue, plainRed, none}};
     for (const auto& tile : tiles) {
         DriverCalculation calculation(Calibration(tile.checkKind));
         SensorData dark = DarkMeasurement();
@@ -491,7 +491,7 @@ TEST(DriverCalculationTest, CheckWhiteLeavesSensorAndWhiteAsTheyWere)
     SensorData darkAtOtherTime = DarkMeasurement(1, 0.05f);
     calculation.CalculateDark(darkAtOtherTime);
     EXPECT_EQ(OutOfBoundText([&] { calculation.CheckWhite(tile, filter); }),
-              "Sample calculation: Unable to subtract (different integration time)");
+        "Sample calculation: Unable to subtract (different integration time)");
     EXPECT_TRUE(calculation.White().Load() == correction);
 }
 
@@ -506,30 +506,30 @@ TEST(DriverCalculationTest, NewIntegrationTimeStrictRaisesBeyondTheLimitsLenient
 
     EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(half, 2.0f, 1.0f, true), 4.0f);
     EXPECT_EQ(OutOfBoundText([&] { calculation.NewIntegrationTime(half, 2.0001f, 1.0f, true); }),
-              "New integration time: Too little light");
+        "New integration time: Too little light");
     EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(half, 2.0001f, 1.0f, false), 4.0f);
     EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(half, 1.1f, 2.0f, true), 4.0f)
         << "4.4 s over the factor 2 is within the limit";
 
     EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(half, 0.0034f, 1.0f, true), 0.0068f);
     EXPECT_EQ(OutOfBoundText([&] { calculation.NewIntegrationTime(half, 0.0033f, 1.0f, true); }),
-              "New integration time: Too much light");
+        "New integration time: Too much light");
     EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(half, 0.0033f, 1.0f, false), 0.0068f);
     EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(half, 0.0066f, 0.5f, true), 0.0068f)
         << "6.6 ms over the factor 0.5 is within the limit";
 
     const SensorData negative = Sensor({Filled<long>(pixelCount, -100)});
     EXPECT_EQ(OutOfBoundText([&] { calculation.NewIntegrationTime(negative, 0.02f, 1.0f, true); }),
-              "New integration time: No light");
+        "New integration time: No light");
     EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(negative, 0.02f, 1.0f, false), 0.0068f);
 
     const SensorData zero = Sensor({Filled<long>(pixelCount, 0)});
     EXPECT_EQ(OutOfBoundText([&] { calculation.NewIntegrationTime(zero, 0.02f, 1.0f, false); }),
-              "New integration time: Division by zero");
+        "New integration time: Division by zero");
 
     // Gain 0 evaluates 5 + 3 x: (5 + 3 * 40000) / (5 + 3 * 20000).
     const double expected = 0.01 * 120005.0 / 60005.0;
-    EXPECT_FLOAT_EQ(calculation.NewIntegrationTime(WithPeaks(20000, 1, 0), 0.01f, 1.0f, true),
-                    static_cast<float>(expected));
+    EXPECT_FLOAT_EQ(
+        calculation.NewIntegrationTime(WithPeaks(20000, 1, 0), 0.01f, 1.0f, true), static_cast<float>(expected));
     EXPECT_FLOAT_EQ(calculation.MinIntegrationTime(), 0.0068f);
 }

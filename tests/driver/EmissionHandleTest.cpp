@@ -24,12 +24,13 @@ constexpr std::uint16_t gain = 2002;
 // Within the tolerance of the truth, times the scale, wherever the truth is above a twentieth of its
 // peak.
 void ExpectRadiance(const Utilities::Vector<float>& measured, const OrbelSim::NamedSpectrum& truth, double tolerance,
-                    double scale = 1.0)
+    double scale = 1.0)
 {
     const double peak = *std::max_element(truth.values.begin(), truth.values.end());
     for (unsigned long k = 0; k < 36; ++k) {
         if (truth.values[k] > 0.05 * peak) {
-            EXPECT_NEAR(measured[k] / (scale * truth.values[k]), 1.0, tolerance) << truth.name << " at " << 380 + 10 * k;
+            EXPECT_NEAR(measured[k] / (scale * truth.values[k]), 1.0, tolerance)
+                << truth.name << " at " << 380 + 10 * k;
         }
     }
 }
@@ -81,10 +82,10 @@ TEST_F(EmissionHandleTest, AmbientLightByGridAndContinuouslyAgreesWithTheLight)
     // A light is given by its radiance; what falls on the instrument's diffuser is pi times as much.
     const double irradiancePerRadiance = 3.14159265358979;
     for (const OrbelSim::NamedSpectrum& light : OrbelSim::SpectralTables::Lights()) {
-        ExpectRadiance(FirstRow(Measured(handle, "Single Grid", "light:" + light.name)), light, 0.02,
-                       irradiancePerRadiance);
-        ExpectRadiance(FirstRow(Measured(handle, "Single Continuous", "light:" + light.name)), light, 0.02,
-                       irradiancePerRadiance);
+        ExpectRadiance(
+            FirstRow(Measured(handle, "Single Grid", "light:" + light.name)), light, 0.02, irradiancePerRadiance);
+        ExpectRadiance(
+            FirstRow(Measured(handle, "Single Continuous", "light:" + light.name)), light, 0.02, irradiancePerRadiance);
     }
 }
 

@@ -32,10 +32,7 @@ CpldStep Verified(std::uint16_t registerNumber, std::uint16_t value, std::uint16
 
 class PaviloCpldProgramTest : public PaviloSimFixture {
 protected:
-    PaviloCpldProgramTest()
-    {
-        EXPECT_TRUE(driver.Open(sim.Path().c_str()));
-    }
+    PaviloCpldProgramTest() { EXPECT_TRUE(driver.Open(sim.Path().c_str())); }
 
     ~PaviloCpldProgramTest() override { driver.Close(); }
 

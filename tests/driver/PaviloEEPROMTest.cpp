@@ -132,8 +132,7 @@ protected:
             Image image(PaviloFunctionality::ImageSize);
             try {
                 if (connection.opened) {
-                    connection.functionality.ReadEEPROM(0, PaviloFunctionality::ImageSize, image.data(),
-                                                        image.size());
+                    connection.functionality.ReadEEPROM(0, PaviloFunctionality::ImageSize, image.data(), image.size());
                     return image;
                 }
             } catch (const Utilities::Exception&) {
@@ -214,7 +213,7 @@ TEST_F(PaviloEEPROMTest, ReadsFilesThroughTheFactoryEntryList)
     EXPECT_EQ(eeprom.FileSize(10010), 512u);
     EXPECT_EQ(eeprom.FileSize(1211), 4u);
     EXPECT_EQ(FailureText<Utilities::ExceptionResourceNotAvailable>([&] { eeprom.FileSize(4711); }),
-              "File with ID 4711 not found in EEPROM");
+        "File with ID 4711 not found in EEPROM");
 
     ConfigurationData calibration("Calibration");
     connection.Calibration().Read(calibration);
@@ -233,7 +232,7 @@ TEST_F(PaviloEEPROMTest, ReadsFilesThroughTheFactoryEntryList)
     EXPECT_FALSE(eeprom.WriteFile(4711, word, 4)) << "a missing file has size 0";
     EXPECT_EQ(Counter("bulk_out"), writesBefore);
     EXPECT_EQ(FailureText<Utilities::ExceptionOutOfBound>([&] { eeprom.Repair(calibration, connection.log); }),
-              "EEPROM Error: unable to correct invalid entry list");
+        "EEPROM Error: unable to correct invalid entry list");
 }
 
 TEST_F(PaviloEEPROMTest, GoodCopiesLoadWithoutWritingAndCountersSurviveReplugging)
@@ -268,7 +267,7 @@ TEST_F(PaviloEEPROMTest, ErasedEEPROMKeepsTheDefaultsAndRefusesToWriteTheLog)
     connection.log.GetU32(10002, count);
     EXPECT_EQ(count, 0u);
     EXPECT_EQ(FailureText<Utilities::ExceptionResourceNotAvailable>([&] { connection.eeprom.ReadEntryList(); }),
-              "EEPROM Error: unable to correct invalid entry list");
+        "EEPROM Error: unable to correct invalid entry list");
 
     ConfigurationData calibration("Calibration");
     connection.Calibration().Read(calibration);
@@ -279,7 +278,7 @@ TEST_F(PaviloEEPROMTest, ErasedEEPROMKeepsTheDefaultsAndRefusesToWriteTheLog)
     connection.Log().Write(connection.log, false);
     connection.BookMeasurement();
     EXPECT_EQ(FailureText<Utilities::ExceptionOutOfBound>([&] { connection.Close(); }),
-              "EEPROM Error: unable to correct invalid entry list");
+        "EEPROM Error: unable to correct invalid entry list");
     EXPECT_EQ(RawImage(), erased);
 }
 
@@ -325,7 +324,7 @@ TEST_F(PaviloEEPROMTest, GrowingCalibrationVectorIsRepairedOnceAndWritten)
 
     EXPECT_EQ(FailureText<Utilities::ExceptionOutOfBound>(
                   [&] { connection.Calibration().Write(calibration, false, connection.log); }),
-              "EEPROM Error: unable to correct invalid entry list");
+        "EEPROM Error: unable to correct invalid entry list");
     EXPECT_EQ(RawImage(), before);
 
     connection.Log().Load(connection.log);
@@ -362,7 +361,8 @@ TEST_F(PaviloEEPROMTest, CommunicationFailuresCarryTheLogTexts)
     connection.BookMeasurement();
     const std::uint64_t resetsBefore = Counter("resets");
     sim.Command({"fault", "bulk-timeout"});
-    std::string text = FailureText<Utilities::ExceptionOutOfBound>([&] { connection.Log().Write(connection.log, true); });
+    std::string text =
+        FailureText<Utilities::ExceptionOutOfBound>([&] { connection.Log().Write(connection.log, true); });
     EXPECT_EQ(text.rfind("Log Error (ID ", 0), 0u) << text;
     EXPECT_NE(text.find(" mirror): PaviloFunctionality_PC::WriteEEPROM "), std::string::npos) << text;
     EXPECT_EQ(Counter("resets"), resetsBefore + 1);

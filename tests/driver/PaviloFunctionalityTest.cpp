@@ -64,11 +64,11 @@ TEST(PaviloFunctionalityComponent, IsFoundByNameAndFailsWithItsPrefixesWithoutAD
     PaviloFunctionality_PC commands;
     std::uint8_t word[2];
     EXPECT_EQ(CommunicationFailure([&] { commands.ReadCPLD(word); }),
-              "PaviloFunctionality_PC::ReadCPLD Failed to access to nullpointer.");
+        "PaviloFunctionality_PC::ReadCPLD Failed to access to nullpointer.");
     EXPECT_EQ(CommunicationFailure([&] { commands.GetDeviceState(30001); }),
-              "PaviloFunctionality_PC::Reset Failed to access to nullpointer.");
+        "PaviloFunctionality_PC::Reset Failed to access to nullpointer.");
     EXPECT_EQ(CommunicationFailure([&] { commands.GetDeviceState(30003); }),
-              "PaviloFunctionality_PC::Reset Device state request not supported");
+        "PaviloFunctionality_PC::Reset Device state request not supported");
     EXPECT_FALSE(commands.IsDeviceOpen());
     EXPECT_TRUE(commands.CloseDevice());
 
@@ -145,13 +145,13 @@ TEST_F(PaviloFunctionalityTest, MeasuresBlocksAndNamesItsFailures)
 
     sim.Command({"fault", "short-read"});
     EXPECT_EQ(CommunicationFailure([&] { functionality.MeasureRequest(blocks.data(), 512, 1); }),
-              "PaviloFunctionality_PC::MeasureRequest Read data failed (Not enough data)");
+        "PaviloFunctionality_PC::MeasureRequest Read data failed (Not enough data)");
     sim.Command({"fault", "control-timeout"});
     std::uint16_t word = 0;
     EXPECT_EQ(CommunicationFailure([&] { functionality.ReadCPLD(word); }),
-              "PaviloFunctionality_PC::ReadCPLD Device IO control failed (Linux Error (1460) : Connection timed out )");
+        "PaviloFunctionality_PC::ReadCPLD Device IO control failed (Linux Error (1460) : Connection timed out )");
     EXPECT_EQ(CommunicationFailure([&] { functionality.GetDeviceState(7); }),
-              "PaviloFunctionality_PC::Reset Device state request not supported");
+        "PaviloFunctionality_PC::Reset Device state request not supported");
     functionality.ReadCPLD(word);
 }
 
@@ -183,9 +183,9 @@ TEST_F(PaviloFunctionalityTest, ReadsTheEEPROMImageOnceAConnection)
     EXPECT_EQ(std::vector<std::uint8_t>(fresh, fresh + 4), std::vector<std::uint8_t>(written, written + 4));
 
     EXPECT_EQ(CommunicationFailure([&] { functionality.ReadEEPROM(8190, 4, fresh, 4); }),
-              "PaviloFunctionality::ReadEEPROM address out of range");
+        "PaviloFunctionality::ReadEEPROM address out of range");
     EXPECT_EQ(CommunicationFailure([&] { functionality.WriteEEPROM(8192, 1, written, 1); }),
-              "PaviloFunctionality::WriteEEPROM address out of range");
+        "PaviloFunctionality::WriteEEPROM address out of range");
     EXPECT_EQ(Counter("eeprom_bytes_written"), 4u);
 }
 
@@ -213,9 +213,9 @@ TEST_F(PaviloFunctionalityTest, AStripThatStallsFailsWithItsTexts)
     functionality.SetMeasureParameters(100, 0, 1, 0x01);
     sim.Command({"fault", "bulk-timeout"});
     EXPECT_EQ(CommunicationFailure([&] { functionality.StartScan(256, 5); }),
-              "PaviloFunctionality_PC::StartScan Read data failed (Timeout)");
+        "PaviloFunctionality_PC::StartScan Read data failed (Timeout)");
     EXPECT_EQ(CommunicationFailure([&] { functionality.StartScan(6554, 5); }),
-              "PaviloFunctionality_PC::StartScan Max packages size is 6553");
+        "PaviloFunctionality_PC::StartScan Max packages size is 6553");
 }
 
 }

@@ -40,7 +40,7 @@ public:
 
 class PaviloLowLevelDriverTest : public PaviloSimFixture {
 protected:
-    PaviloLowLevelDriverTest() : driver(new PaviloLowLevelDriver) {}
+    PaviloLowLevelDriverTest() : driver(new PaviloLowLevelDriver) { }
 
     ~PaviloLowLevelDriverTest() override
     {
@@ -157,8 +157,8 @@ TEST_F(PaviloLowLevelDriverTest, ConditionsGoToTheWireInTicksCountsAndFlagsAndCo
     float integration = 0.0f;
     read.GetFloat(2009, integration);
     EXPECT_FLOAT_EQ(integration, 294 * 6.8e-5f);
-    for (const auto& [id, expected] : {std::pair<std::uint16_t, std::uint32_t>{2010, 3}, {2000, 1}, {2002, 1},
-                                       {2020, 0xF000}, {2004, 0}}) {
+    for (const auto& [id, expected] :
+        {std::pair<std::uint16_t, std::uint32_t>{2010, 3}, {2000, 1}, {2002, 1}, {2020, 0xF000}, {2004, 0}}) {
         std::uint32_t value = 99;
         read.GetU32(id, value);
         EXPECT_EQ(value, expected) << id;
@@ -309,7 +309,7 @@ TEST_F(PaviloLowLevelDriverTest, StatesAnswerAndRefuse)
     EXPECT_EQ(OutOfBoundText([&] { driver->WriteFile(); }), "Function not available");
     EXPECT_EQ(driver->ReadFile(1211)->size(), 4u);
     EXPECT_EQ(OutOfBoundText([&] { driver->ReadFile(7777); }),
-              "EEPROM Error (ID 7777): File with ID 7777 not found in EEPROM");
+        "EEPROM Error (ID 7777): File with ID 7777 not found in EEPROM");
 
     EXPECT_TRUE(driver->Close());
     EXPECT_EQ(driver->GetState(30005), 0) << "closing clears the filter state";

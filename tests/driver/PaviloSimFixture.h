@@ -24,7 +24,7 @@ class PaviloSimFixture : public ::testing::Test {
 protected:
     PaviloSimFixture()
         : lockDirectory(std::filesystem::temp_directory_path() /
-                        ("orbel-pavilo-locks-" + std::to_string(std::random_device()()))),
+              ("orbel-pavilo-locks-" + std::to_string(std::random_device()()))),
           savedTimeBase(DeviceDriver::TimeBase::Replace(Utilities::SmartPointer<DeviceDriver::TimeBase>(
               new DeviceDriver::ScaledTimeBase(DeviceDriver::TimeBase::System(), 1000.0))))
     {

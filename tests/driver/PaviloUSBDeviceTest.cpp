@@ -74,7 +74,11 @@ void RequestEEPROM(PaviloUSBDevice& device, std::uint16_t size)
 
 class PaviloUSBDeviceTest : public PaviloSimFixture {
 protected:
-    PaviloUSBDeviceTest() { observee.AddObserver(&recorder); owner.SetOwner(&observee); }
+    PaviloUSBDeviceTest()
+    {
+        observee.AddObserver(&recorder);
+        owner.SetOwner(&observee);
+    }
 
     PaviloFunctionality_PC owner;
     Utilities::Observee<long> observee;
@@ -102,11 +106,11 @@ TEST_F(PaviloUSBDeviceTest, OpensClosesAndRefusesTransfersWhenClosed)
     std::uint8_t buffer[16] = {};
     ScanFifo fifo;
     EXPECT_EQ(OutOfBoundText([&] { device.PerformDeviceIOControl(Request(201, 1).data(), payload, 8); }),
-              "Device IO control impossible (device not open)");
+        "Device IO control impossible (device not open)");
     EXPECT_EQ(OutOfBoundText([&] { device.Read(buffer, 16, 100); }), "Read/Write data impossible (device not open)");
     EXPECT_EQ(OutOfBoundText([&] { device.Write(buffer, 16, 100); }), "Read/Write data impossible (device not open)");
-    EXPECT_EQ(OutOfBoundText([&] { device.ReadDataStrip(fifo, 256, 100); }),
-              "Read data strip impossible (device not open)");
+    EXPECT_EQ(
+        OutOfBoundText([&] { device.ReadDataStrip(fifo, 256, 100); }), "Read data strip impossible (device not open)");
     EXPECT_FALSE(device.WasInterrupted());
 
     EXPECT_TRUE(device.Open());
@@ -125,7 +129,7 @@ TEST_F(PaviloUSBDeviceTest, ATimedOutReadCarriesThePlatformTextAndLeavesTheDevic
     RequestEEPROM(device, 16);
     sim.Command({"fault", "bulk-timeout"});
     EXPECT_EQ(OutOfBoundText([&] { device.Read(buffer, 16, 100); }),
-              "Read data failed (Linux Error (1460) : Connection timed out )");
+        "Read data failed (Linux Error (1460) : Connection timed out )");
 
     RequestEEPROM(device, 16);
     device.Read(buffer, 16, 100);

@@ -115,17 +115,24 @@ TEST(SensorDataTest, MatrixReadsItsCoefficientsOnAcrossOutputsAndAnewForEachRow)
 TEST(SensorDataTest, MatrixRefusesMismatchedShapesAndMissingData)
 {
     SensorData empty;
-    EXPECT_EQ(OutOfBoundText([&] { empty.MatrixMultiply(VectorOf<long>({1, 2}), VectorOf<long>({1}), VectorOf<float>({1})); }),
-              "Different vector length in matrix multiplication");
-    EXPECT_EQ(OutOfBoundText([&] { empty.MatrixMultiply(VectorOf<long>({1}), VectorOf<long>({1}), VectorOf<float>({1})); }),
-              "Invalid raw data for matrix multiplication");
+    EXPECT_EQ(OutOfBoundText([&] {
+        empty.MatrixMultiply(VectorOf<long>({1, 2}), VectorOf<long>({1}), VectorOf<float>({1}));
+    }),
+        "Different vector length in matrix multiplication");
+    EXPECT_EQ(
+        OutOfBoundText([&] { empty.MatrixMultiply(VectorOf<long>({1}), VectorOf<long>({1}), VectorOf<float>({1})); }),
+        "Invalid raw data for matrix multiplication");
 
     SensorData sensor = WithRaw({{0, 1, 2}});
     sensor.Linearize(VectorOf<float>({0}));
-    EXPECT_EQ(OutOfBoundText([&] { sensor.MatrixMultiply(VectorOf<long>({2}), VectorOf<long>({2}), VectorOf<float>({1, 1})); }),
-              "vector index >= vector size");
-    EXPECT_EQ(OutOfBoundText([&] { sensor.MatrixMultiply(VectorOf<long>({0}), VectorOf<long>({3}), VectorOf<float>({1, 1})); }),
-              "vector index >= vector size");
+    EXPECT_EQ(OutOfBoundText([&] {
+        sensor.MatrixMultiply(VectorOf<long>({2}), VectorOf<long>({2}), VectorOf<float>({1, 1}));
+    }),
+        "vector index >= vector size");
+    EXPECT_EQ(OutOfBoundText([&] {
+        sensor.MatrixMultiply(VectorOf<long>({0}), VectorOf<long>({3}), VectorOf<float>({1, 1}));
+    }),
+        "vector index >= vector size");
 }
 
 TEST(SensorDataTest, RawStatisticsLeavePixelZeroOut)

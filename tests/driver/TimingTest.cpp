@@ -123,8 +123,7 @@ TEST_F(TimingTest, AScaledClockRunsFasterThanItsBase)
     clock->Advance(120000);
     EXPECT_DOUBLE_EQ(timing.SecondsSince(before), 2.0);
 
-    EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { ScaledTimeBase(base, 0.0); }),
-              "The time factor must be above 0");
+    EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { ScaledTimeBase(base, 0.0); }), "The time factor must be above 0");
 }
 
 TEST_F(TimingTest, ReplacingGivesBackThePreviousAndNullRestoresTheSystemClock)

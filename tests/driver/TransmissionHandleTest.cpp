@@ -10,7 +10,7 @@ namespace DeviceDriverTest {
 using DeviceDriver::SpectrumData;
 using DeviceDriver::TransmissionHandle;
 
-class TransmissionHandleTest : public HandleSimFixture {};
+class TransmissionHandleTest : public HandleSimFixture { };
 
 // Dark, then reference, then samples: a missing step is named, and the reference itself measured as
 // a sample lets everything through.

@@ -26,7 +26,7 @@ class ScriptedButtons : public InstrumentButtons_V1 {
 public:
     SmartPointer<ButtonList> GetAvailableButtons() override { return SmartPointer<ButtonList>(); }
     SmartPointer<ButtonList> GetSelection() override { return SmartPointer<ButtonList>(); }
-    void SetSelection(const SmartPointer<ButtonList>&) override {}
+    void SetSelection(const SmartPointer<ButtonList>&) override { }
 
     ButtonStates GetButtonStates(const SmartPointer<ButtonList>& buttons) override
     {
@@ -58,11 +58,11 @@ class CountingMessageService : public GUI::MessageService {
 public:
     Diagnostics::String GetValueString() const override { return Diagnostics::String(); }
     void Post(const String&, const Anything&) override { ++posted; }
-    void Subscribe(const String&, Callback) override {}
-    void Unsubscribe(Callback) override {}
+    void Subscribe(const String&, Callback) override { }
+    void Unsubscribe(Callback) override { }
 };
 
-void Ignore(const String&, const Anything&) {}
+void Ignore(const String&, const Anything&) { }
 
 }
 

@@ -13,231 +13,232 @@ using OrbelSim::WireFrame;
 
 std::string JsonField(const std::string& json, const std::string& key)
 {
-  const std::string quoted = "\"" + key + "\":";
-  const std::size_t at = json.find(quoted);
-  if (at == std::string::npos) {
-    return {};
-  }
-  const std::size_t start = at + quoted.size();
-  std::size_t end = start;
-  int depth = 0;
-  bool inString = false;
-  for (; end < json.size(); ++end) {
-    const char c = json[end];
-    if (c == '"') {
-      inString = !inString;
-    } else if (!inString && (c == '{' || c == '[')) {
-      ++depth;
-    } else if (!inString && (c == '}' || c == ']')) {
-      if (depth == 0) {
-        break;
-      }
-      --depth;
-    } else if (!inString && depth == 0 && c == ',') {
-      break;
+    const std::string quoted = "\"" + key + "\":";
+    const std::size_t at = json.find(quoted);
+    if (at == std::string::npos) {
+        return {};
     }
-  }
-  return json.substr(start, end - start);
+    const std::size_t start = at + quoted.size();
+    std::size_t end = start;
+    int depth = 0;
+    bool inString = false;
+    for (; end < json.size(); ++end) {
+        const char c = json[end];
+        if (c == '"') {
+            inString = !inString;
+        } else if (!inString && (c == '{' || c == '[')) {
+            ++depth;
+        } else if (!inString && (c == '}' || c == ']')) {
+            if (depth == 0) {
+                break;
+            }
+            --depth;
+        } else if (!inString && depth == 0 && c == ',') {
+            break;
+        }
+    }
+    return json.substr(start, end - start);
 }
 
-RawHost::RawHost(const std::string& socketPath) : socket_(OrbelSim::UnixSocket::Connect(socketPath)) {}
+RawHost::RawHost(const std::string& socketPath) : socket_(OrbelSim::UnixSocket::Connect(socketPath)) { }
 
-std::uint32_t RawHost::Send(TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs,
-                            const std::vector<std::uint8_t>& body)
+std::uint32_t RawHost::Send(
+    TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs, const std::vector<std::uint8_t>& body)
 {
-  const std::uint32_t id = nextId_++;
-  SendRaw(WireFrame::EncodeRequest({static_cast<std::uint8_t>(kind), id, timeoutMs, transferLength, 0}, body));
-  return id;
+    const std::uint32_t id = nextId_++;
+    SendRaw(WireFrame::EncodeRequest({static_cast<std::uint8_t>(kind), id, timeoutMs, transferLength, 0}, body));
+    return id;
 }
 
 std::optional<Answer> RawHost::Await(std::uint32_t requestId, int timeoutMs)
 {
-  while (true) {
-    if (const auto found = early_.find(requestId); found != early_.end()) {
-      Answer answer = found->second;
-      early_.erase(found);
-      return answer;
+    while (true) {
+        if (const auto found = early_.find(requestId); found != early_.end()) {
+            Answer answer = found->second;
+            early_.erase(found);
+            return answer;
+        }
+        if (!socket_.WaitReadable(timeoutMs)) {
+            ADD_FAILURE() << "no answer to request " << requestId;
+            return std::nullopt;
+        }
+        std::uint8_t header[WireFrame::kAnswerHeaderSize];
+        if (!socket_.ReadExact(header, sizeof header)) {
+            return std::nullopt;
+        }
+        const auto decoded = WireFrame::DecodeAnswerHeader(header);
+        if (!decoded) {
+            ADD_FAILURE() << "malformed answer";
+            return std::nullopt;
+        }
+        Answer answer{decoded->status, std::vector<std::uint8_t>(decoded->bodyLength)};
+        if (!answer.data.empty() && !socket_.ReadExact(answer.data.data(), answer.data.size())) {
+            return std::nullopt;
+        }
+        early_[decoded->requestId] = answer;
     }
-    if (!socket_.WaitReadable(timeoutMs)) {
-      ADD_FAILURE() << "no answer to request " << requestId;
-      return std::nullopt;
-    }
-    std::uint8_t header[WireFrame::kAnswerHeaderSize];
-    if (!socket_.ReadExact(header, sizeof header)) {
-      return std::nullopt;
-    }
-    const auto decoded = WireFrame::DecodeAnswerHeader(header);
-    if (!decoded) {
-      ADD_FAILURE() << "malformed answer";
-      return std::nullopt;
-    }
-    Answer answer{decoded->status, std::vector<std::uint8_t>(decoded->bodyLength)};
-    if (!answer.data.empty() && !socket_.ReadExact(answer.data.data(), answer.data.size())) {
-      return std::nullopt;
-    }
-    early_[decoded->requestId] = answer;
-  }
 }
 
-Answer RawHost::Control(std::uint8_t direction, std::uint8_t code, const std::vector<std::uint8_t>& payload, std::uint32_t inLength)
+Answer RawHost::Control(
+    std::uint8_t direction, std::uint8_t code, const std::vector<std::uint8_t>& payload, std::uint32_t inLength)
 {
-  std::vector<std::uint8_t> body(WireFrame::kControlRequestSize + payload.size(), 0);
-  body[0] = direction;
-  body[1] = 2;
-  body[4] = code;
-  std::copy(payload.begin(), payload.end(), body.begin() + WireFrame::kControlRequestSize);
-  const std::uint32_t length = direction == 0 ? static_cast<std::uint32_t>(payload.size()) : inLength;
-  return Await(Send(TransferKind::Control, length, 0, body)).value_or(Answer{TransferStatus::NoDevice, {}});
+    std::vector<std::uint8_t> body(WireFrame::kControlRequestSize + payload.size(), 0);
+    body[0] = direction;
+    body[1] = 2;
+    body[4] = code;
+    std::copy(payload.begin(), payload.end(), body.begin() + WireFrame::kControlRequestSize);
+    const std::uint32_t length = direction == 0 ? static_cast<std::uint32_t>(payload.size()) : inLength;
+    return Await(Send(TransferKind::Control, length, 0, body)).value_or(Answer{TransferStatus::NoDevice, {}});
 }
 
 Answer RawHost::BulkRead(std::uint32_t length, std::uint32_t timeoutMs)
 {
-  return Await(Send(TransferKind::BulkRead, length, timeoutMs, {}), static_cast<int>(timeoutMs) + 20000)
-      .value_or(Answer{TransferStatus::NoDevice, {}});
+    return Await(Send(TransferKind::BulkRead, length, timeoutMs, {}), static_cast<int>(timeoutMs) + 20000)
+        .value_or(Answer{TransferStatus::NoDevice, {}});
 }
 
 Answer RawHost::BulkWrite(const std::vector<std::uint8_t>& data)
 {
-  return Await(Send(TransferKind::BulkWrite, static_cast<std::uint32_t>(data.size()), 0, data))
-      .value_or(Answer{TransferStatus::NoDevice, {}});
+    return Await(Send(TransferKind::BulkWrite, static_cast<std::uint32_t>(data.size()), 0, data))
+        .value_or(Answer{TransferStatus::NoDevice, {}});
 }
 
 std::vector<std::uint8_t> RawHost::ReadEeprom(std::uint32_t address, std::uint16_t size)
 {
-  std::vector<std::uint8_t> payload;
-  WireFrame::PutU32(payload, address);
-  WireFrame::PutU16(payload, size);
-  WireFrame::PutU16(payload, 0);
-  EXPECT_EQ(Control(0, 196, payload).status, TransferStatus::Ok);
-  const Answer answer = BulkRead(size);
-  EXPECT_EQ(answer.status, TransferStatus::Ok);
-  return answer.data;
+    std::vector<std::uint8_t> payload;
+    WireFrame::PutU32(payload, address);
+    WireFrame::PutU16(payload, size);
+    WireFrame::PutU16(payload, 0);
+    EXPECT_EQ(Control(0, 196, payload).status, TransferStatus::Ok);
+    const Answer answer = BulkRead(size);
+    EXPECT_EQ(answer.status, TransferStatus::Ok);
+    return answer.data;
 }
 
 void RawHost::WriteEeprom(std::uint32_t address, const std::vector<std::uint8_t>& data)
 {
-  std::vector<std::uint8_t> payload;
-  WireFrame::PutU32(payload, address);
-  WireFrame::PutU16(payload, static_cast<std::uint16_t>(data.size()));
-  WireFrame::PutU16(payload, 0);
-  ASSERT_EQ(Control(0, 195, payload).status, TransferStatus::Ok);
-  ASSERT_EQ(BulkWrite(data).status, TransferStatus::Ok);
-  ASSERT_EQ(BulkWrite({0}).status, TransferStatus::Ok);
-  ASSERT_EQ(BulkWrite({0}).status, TransferStatus::Ok);
+    std::vector<std::uint8_t> payload;
+    WireFrame::PutU32(payload, address);
+    WireFrame::PutU16(payload, static_cast<std::uint16_t>(data.size()));
+    WireFrame::PutU16(payload, 0);
+    ASSERT_EQ(Control(0, 195, payload).status, TransferStatus::Ok);
+    ASSERT_EQ(BulkWrite(data).status, TransferStatus::Ok);
+    ASSERT_EQ(BulkWrite({0}).status, TransferStatus::Ok);
+    ASSERT_EQ(BulkWrite({0}).status, TransferStatus::Ok);
 }
 
 void RawHost::SetParameters(std::uint16_t ticks, std::uint16_t lampTicks, std::uint16_t count, std::uint8_t flags)
 {
-  std::vector<std::uint8_t> payload;
-  WireFrame::PutU16(payload, ticks);
-  WireFrame::PutU16(payload, lampTicks);
-  WireFrame::PutU16(payload, count);
-  payload.push_back(flags);
-  payload.push_back(0);
-  ASSERT_EQ(Control(0, 193, payload).status, TransferStatus::Ok);
+    std::vector<std::uint8_t> payload;
+    WireFrame::PutU16(payload, ticks);
+    WireFrame::PutU16(payload, lampTicks);
+    WireFrame::PutU16(payload, count);
+    payload.push_back(flags);
+    payload.push_back(0);
+    ASSERT_EQ(Control(0, 193, payload).status, TransferStatus::Ok);
 }
 
 std::vector<std::uint8_t> RawHost::Misc()
 {
-  const Answer answer = Control(1, 201, {}, 8);
-  EXPECT_EQ(answer.status, TransferStatus::Ok);
-  return answer.data;
+    const Answer answer = Control(1, 201, {}, 8);
+    EXPECT_EQ(answer.status, TransferStatus::Ok);
+    return answer.data;
 }
 
 Rows RawHost::Measure(std::uint16_t ticks, std::uint16_t count, std::uint8_t flags)
 {
-  const std::uint16_t wrap = WireFrame::GetU16(Misc().data() + 4);
-  SetParameters(ticks, 17, count, flags);
-  EXPECT_EQ(Control(0, 192, {}).status, TransferStatus::Ok);
-  const Answer answer = BulkRead(count * 256u);
-  EXPECT_EQ(answer.status, TransferStatus::Ok);
-  Rows rows;
-  for (std::size_t block = 0; block + 256 <= answer.data.size(); block += 256) {
-    std::vector<long> row(128);
-    for (std::size_t p = 0; p < 127; ++p) {
-      const long word = WireFrame::GetU16(answer.data.data() + block + 2 * p);
-      row[p] = word > wrap ? word - 65536 : word;
+    const std::uint16_t wrap = WireFrame::GetU16(Misc().data() + 4);
+    SetParameters(ticks, 17, count, flags);
+    EXPECT_EQ(Control(0, 192, {}).status, TransferStatus::Ok);
+    const Answer answer = BulkRead(count * 256u);
+    EXPECT_EQ(answer.status, TransferStatus::Ok);
+    Rows rows;
+    for (std::size_t block = 0; block + 256 <= answer.data.size(); block += 256) {
+        std::vector<long> row(128);
+        for (std::size_t p = 0; p < 127; ++p) {
+            const long word = WireFrame::GetU16(answer.data.data() + block + 2 * p);
+            row[p] = word > wrap ? word - 65536 : word;
+        }
+        row[127] = row[126];
+        rows.push_back(row);
     }
-    row[127] = row[126];
-    rows.push_back(row);
-  }
-  return rows;
+    return rows;
 }
 
 SimHarness::SimHarness(const std::vector<std::string>& startArgs, std::uint32_t serial) : serial_(serial)
 {
-  std::vector<std::string> args = {"start", "--serial", std::to_string(serial)};
-  args.insert(args.end(), startArgs.begin(), startArgs.end());
-  const ProgramResult started = Sim(args);
-  if (started.exitCode != 0) {
-    throw std::runtime_error("orbel-sim start failed: " + started.err);
-  }
+    std::vector<std::string> args = {"start", "--serial", std::to_string(serial)};
+    args.insert(args.end(), startArgs.begin(), startArgs.end());
+    const ProgramResult started = Sim(args);
+    if (started.exitCode != 0) {
+        throw std::runtime_error("orbel-sim start failed: " + started.err);
+    }
 }
 
 SimHarness::~SimHarness()
 {
-  Sim({"stop"});
+    Sim({"stop"});
 }
 
 ProgramResult SimHarness::Sim(std::vector<std::string> args) const
 {
-  const bool isStart = !args.empty() && args[0] == "start";
-  if (!isStart && std::find(args.begin(), args.end(), "--serial") == args.end()) {
-    args.push_back("--serial");
-    args.push_back(std::to_string(serial_));
-  }
-  return ProgramRunner::Run(ORBEL_SIM_BINARY, args, "ORBEL_SIM_DIR", directory_.Path());
+    const bool isStart = !args.empty() && args[0] == "start";
+    if (!isStart && std::find(args.begin(), args.end(), "--serial") == args.end()) {
+        args.push_back("--serial");
+        args.push_back(std::to_string(serial_));
+    }
+    return ProgramRunner::Run(ORBEL_SIM_BINARY, args, "ORBEL_SIM_DIR", directory_.Path());
 }
 
 void SimHarness::Ok(const std::vector<std::string>& args) const
 {
-  const ProgramResult result = Sim(args);
-  ASSERT_EQ(result.exitCode, 0) << result.err;
+    const ProgramResult result = Sim(args);
+    ASSERT_EQ(result.exitCode, 0) << result.err;
 }
 
 EepromFiles::EepromFiles(const std::vector<std::uint8_t>& image) : image_(image)
 {
-  const std::uint8_t* list = image_.data() + 4096;
-  if (WireFrame::GetU16(list) != 1) {
-    return;
-  }
-  const std::uint32_t used = WireFrame::GetU16(list + 2);
-  for (std::uint32_t at = 4; at + 12 <= used; at += 6) {
-    const std::uint32_t address = WireFrame::GetU32(list + at + 2);
-    files_[WireFrame::GetU16(list + at)] = {address, WireFrame::GetU32(list + at + 8) - address};
-  }
+    const std::uint8_t* list = image_.data() + 4096;
+    if (WireFrame::GetU16(list) != 1) {
+        return;
+    }
+    const std::uint32_t used = WireFrame::GetU16(list + 2);
+    for (std::uint32_t at = 4; at + 12 <= used; at += 6) {
+        const std::uint32_t address = WireFrame::GetU32(list + at + 2);
+        files_[WireFrame::GetU16(list + at)] = {address, WireFrame::GetU32(list + at + 8) - address};
+    }
 }
 
 std::vector<std::uint32_t> EepromFiles::Words(std::uint16_t id) const
 {
-  const auto [address, size] = files_.at(id);
-  std::vector<std::uint32_t> words;
-  for (std::uint32_t at = address; at + 4 <= address + size; at += 4) {
-    words.push_back(WireFrame::GetU32(image_.data() + at));
-  }
-  return words;
+    const auto [address, size] = files_.at(id);
+    std::vector<std::uint32_t> words;
+    for (std::uint32_t at = address; at + 4 <= address + size; at += 4) {
+        words.push_back(WireFrame::GetU32(image_.data() + at));
+    }
+    return words;
 }
 
 std::vector<float> EepromFiles::Floats(std::uint16_t id) const
 {
-  std::vector<float> values;
-  for (std::uint32_t word : Words(id)) {
-    values.push_back(std::bit_cast<float>(word));
-  }
-  return values;
+    std::vector<float> values;
+    for (std::uint32_t word : Words(id)) {
+        values.push_back(std::bit_cast<float>(word));
+    }
+    return values;
 }
 
 std::uint32_t EepromFiles::SumBetween(std::uint16_t above, std::uint16_t below) const
 {
-  std::uint32_t sum = 0;
-  for (const auto& [id, range] : files_) {
-    if (id > above && id < below) {
-      for (std::uint32_t word : Words(id)) {
-        sum += word;
-      }
+    std::uint32_t sum = 0;
+    for (const auto& [id, range] : files_) {
+        if (id > above && id < below) {
+            for (std::uint32_t word : Words(id)) {
+                sum += word;
+            }
+        }
     }
-  }
-  return sum;
+    return sum;
 }
 
-}  // namespace OrbelSimTest
+} // namespace OrbelSimTest

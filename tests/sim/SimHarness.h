@@ -21,78 +21,79 @@ using OrbelTest::ProgramRunner;
 using OrbelSim::TransferStatus;
 
 struct Answer {
-  TransferStatus status = TransferStatus::Stall;
-  std::vector<std::uint8_t> data;
+    TransferStatus status = TransferStatus::Stall;
+    std::vector<std::uint8_t> data;
 };
 
 using Rows = std::vector<std::vector<long>>;
 
 class RawHost {
 public:
-  explicit RawHost(const std::string& socketPath);
+    explicit RawHost(const std::string& socketPath);
 
-  std::uint32_t Send(OrbelSim::TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs,
-                     const std::vector<std::uint8_t>& body);
-  void SendRaw(const std::vector<std::uint8_t>& bytes) { socket_.WriteAll(bytes.data(), bytes.size()); }
-  // The answer to a request; empty if the instrument closed the connection first.
-  std::optional<Answer> Await(std::uint32_t requestId, int timeoutMs = 20000);
-  bool WaitReadable(int milliseconds) { return socket_.WaitReadable(milliseconds); }
+    std::uint32_t Send(OrbelSim::TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs,
+        const std::vector<std::uint8_t>& body);
+    void SendRaw(const std::vector<std::uint8_t>& bytes) { socket_.WriteAll(bytes.data(), bytes.size()); }
+    // The answer to a request; empty if the instrument closed the connection first.
+    std::optional<Answer> Await(std::uint32_t requestId, int timeoutMs = 20000);
+    bool WaitReadable(int milliseconds) { return socket_.WaitReadable(milliseconds); }
 
-  Answer Control(std::uint8_t direction, std::uint8_t code, const std::vector<std::uint8_t>& payload, std::uint32_t inLength = 0);
-  Answer BulkRead(std::uint32_t length, std::uint32_t timeoutMs = 20000);
-  Answer BulkWrite(const std::vector<std::uint8_t>& data);
+    Answer Control(std::uint8_t direction, std::uint8_t code, const std::vector<std::uint8_t>& payload,
+        std::uint32_t inLength = 0);
+    Answer BulkRead(std::uint32_t length, std::uint32_t timeoutMs = 20000);
+    Answer BulkWrite(const std::vector<std::uint8_t>& data);
 
-  std::vector<std::uint8_t> ReadEeprom(std::uint32_t address, std::uint16_t size);
-  void WriteEeprom(std::uint32_t address, const std::vector<std::uint8_t>& data);
-  void SetParameters(std::uint16_t ticks, std::uint16_t lampTicks, std::uint16_t count, std::uint8_t flags);
-  // One request of `count` measurements: rows of 128 signed pixels, by the wrap threshold of MISC.
-  Rows Measure(std::uint16_t ticks, std::uint16_t count, std::uint8_t flags);
-  std::vector<std::uint8_t> Misc();
+    std::vector<std::uint8_t> ReadEeprom(std::uint32_t address, std::uint16_t size);
+    void WriteEeprom(std::uint32_t address, const std::vector<std::uint8_t>& data);
+    void SetParameters(std::uint16_t ticks, std::uint16_t lampTicks, std::uint16_t count, std::uint8_t flags);
+    // One request of `count` measurements: rows of 128 signed pixels, by the wrap threshold of MISC.
+    Rows Measure(std::uint16_t ticks, std::uint16_t count, std::uint8_t flags);
+    std::vector<std::uint8_t> Misc();
 
 private:
-  OrbelSim::UnixSocket socket_;
-  std::uint32_t nextId_ = 1;
-  std::map<std::uint32_t, Answer> early_;
+    OrbelSim::UnixSocket socket_;
+    std::uint32_t nextId_ = 1;
+    std::map<std::uint32_t, Answer> early_;
 };
 
 class SimHarness {
 public:
-  // Starts an instrument with these extra arguments of `start` in a new private directory.
-  explicit SimHarness(const std::vector<std::string>& startArgs = {"--noise", "off", "--time-scale", "0.01"},
-                      std::uint32_t serial = 1000001);
-  ~SimHarness();
-  SimHarness(const SimHarness&) = delete;
-  SimHarness& operator=(const SimHarness&) = delete;
+    // Starts an instrument with these extra arguments of `start` in a new private directory.
+    explicit SimHarness(const std::vector<std::string>& startArgs = {"--noise", "off", "--time-scale", "0.01"},
+        std::uint32_t serial = 1000001);
+    ~SimHarness();
+    SimHarness(const SimHarness&) = delete;
+    SimHarness& operator=(const SimHarness&) = delete;
 
-  ProgramResult Sim(std::vector<std::string> args) const;
-  void Ok(const std::vector<std::string>& args) const;
-  const std::string& Directory() const { return directory_.Path(); }
-  std::string SocketPath() const { return directory_ / (std::to_string(serial_) + ".sock"); }
-  std::string Status() const { return Sim({"status"}).out; }
+    ProgramResult Sim(std::vector<std::string> args) const;
+    void Ok(const std::vector<std::string>& args) const;
+    const std::string& Directory() const { return directory_.Path(); }
+    std::string SocketPath() const { return directory_ / (std::to_string(serial_) + ".sock"); }
+    std::string Status() const { return Sim({"status"}).out; }
 
 private:
-  TemporaryDirectory directory_;
-  std::uint32_t serial_;
+    TemporaryDirectory directory_;
+    std::uint32_t serial_;
 };
 
 // The EEPROM as files, by its entry list.
 class EepromFiles {
 public:
-  explicit EepromFiles(const std::vector<std::uint8_t>& image);
-  bool Has(std::uint16_t id) const { return files_.count(id) > 0; }
-  std::vector<std::uint32_t> Words(std::uint16_t id) const;
-  std::vector<float> Floats(std::uint16_t id) const;
-  std::uint32_t U32(std::uint16_t id) const { return Words(id).at(0); }
-  float Float(std::uint16_t id) const { return Floats(id).at(0); }
-  std::uint32_t Address(std::uint16_t id) const { return files_.at(id).first; }
-  // The sum of the words of the files whose ids lie between these, as the checksums of the log take it.
-  std::uint32_t SumBetween(std::uint16_t above, std::uint16_t below) const;
+    explicit EepromFiles(const std::vector<std::uint8_t>& image);
+    bool Has(std::uint16_t id) const { return files_.count(id) > 0; }
+    std::vector<std::uint32_t> Words(std::uint16_t id) const;
+    std::vector<float> Floats(std::uint16_t id) const;
+    std::uint32_t U32(std::uint16_t id) const { return Words(id).at(0); }
+    float Float(std::uint16_t id) const { return Floats(id).at(0); }
+    std::uint32_t Address(std::uint16_t id) const { return files_.at(id).first; }
+    // The sum of the words of the files whose ids lie between these, as the checksums of the log take it.
+    std::uint32_t SumBetween(std::uint16_t above, std::uint16_t below) const;
 
 private:
-  std::vector<std::uint8_t> image_;
-  std::map<std::uint16_t, std::pair<std::uint32_t, std::uint32_t>> files_;
+    std::vector<std::uint8_t> image_;
+    std::map<std::uint16_t, std::pair<std::uint32_t, std::uint32_t>> files_;
 };
 
 std::string JsonField(const std::string& json, const std::string& key);
 
-}  // namespace OrbelSimTest
+} // namespace OrbelSimTest

@@ -21,7 +21,7 @@ HolderProcess::HolderProcess(const std::string& lockName, unsigned long timeoutM
 {
     const std::string timeout = std::to_string(timeoutMs);
     std::vector<char*> arguments{const_cast<char*>(ORBEL_MUTEX_HOLDER), const_cast<char*>(lockName.c_str()),
-                                 const_cast<char*>(timeout.c_str()), nullptr};
+        const_cast<char*>(timeout.c_str()), nullptr};
     int input[2];
     int output[2];
     if (::pipe2(input, O_CLOEXEC) != 0 || ::pipe2(output, O_CLOEXEC) != 0) {

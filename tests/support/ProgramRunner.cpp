@@ -69,7 +69,7 @@ void Drain(int outFd, int errFd, ProgramResult& result)
 }
 
 ProgramResult ProgramRunner::Run(const std::string& program, const std::vector<std::string>& args,
-                                 const std::string& environmentName, const std::string& environmentValue)
+    const std::string& environmentName, const std::string& environmentValue)
 {
     std::vector<std::string> argv{program};
     argv.insert(argv.end(), args.begin(), args.end());

@@ -15,7 +15,7 @@ struct ProgramResult {
 class ProgramRunner {
 public:
     static ProgramResult Run(const std::string& program, const std::vector<std::string>& args,
-                             const std::string& environmentName, const std::string& environmentValue);
+        const std::string& environmentName, const std::string& environmentValue);
     static bool ProcessAlive(long processId);
 };
 

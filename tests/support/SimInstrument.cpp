@@ -18,7 +18,7 @@ std::string NewDirectory()
     static std::atomic<int> counter{0};
     std::random_device random;
     const auto path = std::filesystem::temp_directory_path() /
-                      ("orbel-driver-test-" + std::to_string(random()) + "-" + std::to_string(counter++));
+        ("orbel-driver-test-" + std::to_string(random()) + "-" + std::to_string(counter++));
     std::filesystem::create_directories(path);
     return path.string();
 }

@@ -13,8 +13,8 @@ using namespace OrbelCli;
 
 namespace {
 
-const std::vector<OptionSpec> Known{{"--format", true, "FORMAT", ""}, {"--no-wait", false, "", ""},
-                                    {"--count", true, "N", ""}};
+const std::vector<OptionSpec> Known{
+    {"--format", true, "FORMAT", ""}, {"--no-wait", false, "", ""}, {"--count", true, "N", ""}};
 
 std::string UsageMessage(const std::vector<std::string>& words)
 {

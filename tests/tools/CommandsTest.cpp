@@ -49,8 +49,8 @@ protected:
     }
 
     const std::string file = (std::filesystem::temp_directory_path() /
-                              ("orbel-cli-test-" + std::to_string(::getpid()) +
-                               ::testing::UnitTest::GetInstance()->current_test_info()->name()))
+        ("orbel-cli-test-" + std::to_string(::getpid()) +
+            ::testing::UnitTest::GetInstance()->current_test_info()->name()))
                                  .string();
 };
 
@@ -77,7 +77,7 @@ TEST_F(CommandsTest, MeasureTakesColourOptionsAndPaperWhiteIntoCgats)
 {
     OrbelCli::SpectrumFile::Write(file, FakeModule::samples[0]);
     const Outcome outcome = Run({"measure", "--substrate", file, "--illuminant", "D50", "--colour-space", "CIELCh",
-                                 "--format", "cgats", "--no-wait", "--id", "spot 1"});
+        "--format", "cgats", "--no-wait", "--id", "spot 1"});
     ASSERT_EQ(outcome.status, 0) << outcome.messages;
     EXPECT_TRUE(Called("SetOption Colorimetric.Illumination=D50"));
     EXPECT_LT(Position("SetSubstrate"), Position("Trigger"));
@@ -104,20 +104,21 @@ TEST_F(CommandsTest, FailuresExitWithTheResultCodeAndTheModulesText)
     outcome = Run({"measure", "--no-wait", "--format", "json"});
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(outcome.out.empty());
-    EXPECT_EQ(outcome.messages, "orbel: device not calibrated Dark data not valid\n"
-                                "Calibrate first: orbel calibrate (orbel scan calibrates by itself).\n");
+    EXPECT_EQ(outcome.messages,
+        "orbel: device not calibrated Dark data not valid\n"
+        "Calibrate first: orbel calibrate (orbel scan calibrates by itself).\n");
 
     EXPECT_EQ(Run({"measure", "--substrate", file, "--no-wait"}).messages,
-              "orbel: can't read the spectrum file " + file + "\n");
+        "orbel: can't read the spectrum file " + file + "\n");
 }
 
 TEST_F(CommandsTest, PromptWaitsForTheKeyWithACountdown)
 {
-    FakeModule::pollsBeforeKey = 3;  // the first poll drops any press from before the prompt
+    FakeModule::pollsBeforeKey = 3; // the first poll drops any press from before the prompt
     Outcome outcome = Run({"calibrate", "--wait", "5"});
     ASSERT_EQ(outcome.status, 0) << outcome.messages;
     EXPECT_NE(outcome.messages.find("> Place the instrument on its white tile and press the measurement key."),
-              std::string::npos);
+        std::string::npos);
     EXPECT_NE(outcome.messages.find("5 s left"), std::string::npos);
     EXPECT_NE(outcome.messages.find("key pressed."), std::string::npos);
     EXPECT_EQ(outcome.out, "Calibrated for SingleReflectance (instrument 1000001).\n");
@@ -160,9 +161,9 @@ TEST_F(CommandsTest, DemoToursEveryModeAndDrawsTheSamples)
     const Outcome outcome = Run({"demo", "--sim", "true", "--plot", file});
     ASSERT_EQ(outcome.status, 0) << outcome.messages << outcome.out;
     for (const char* heading : {"\n1. The instrument\n", "\n2. Calibration on the white tile\n",
-                                "\n3. Three samples: spectrum, CIELab and densities\n",
-                                "\n4. A strip of 24 patches, scanned with recognition\n",
-                                "\n5. A display, measured in emission\n", "\n6. Ambient light\n", "\n7. Unplugging\n"}) {
+             "\n3. Three samples: spectrum, CIELab and densities\n",
+             "\n4. A strip of 24 patches, scanned with recognition\n", "\n5. A display, measured in emission\n",
+             "\n6. Ambient light\n", "\n7. Unplugging\n"}) {
         EXPECT_NE(outcome.out.find(heading), std::string::npos) << heading;
     }
     EXPECT_TRUE(Called("SetOption Recognition=yes"));

@@ -22,8 +22,8 @@ void FakeModule::Reset()
     failingFunction.clear();
     lastError = "no error";
     options = {{"MeasurementMode", "SingleReflectance"}, {"Colorimetric.Illumination", "D65"},
-               {"Colorimetric.Observer", "TwoDegree"}, {"Colorimetric.WhiteBase", "Automatic"},
-               {"ColorSpaceDescription.Type", "CIELab"}};
+        {"Colorimetric.Observer", "TwoDegree"}, {"Colorimetric.WhiteBase", "Automatic"},
+        {"ColorSpaceDescription.Type", "CIELab"}};
     std::array<float, 36> spectrum{};
     for (int i = 0; i < 36; ++i) {
         spectrum[i] = 0.1f + 0.0123f * i;
@@ -179,5 +179,4 @@ int32_t OB_SetSubstrate(const float*)
     FakeModule::substrateSet = true;
     return Result("SetSubstrate", "SetSubstrate");
 }
-
 }

@@ -62,7 +62,8 @@ bool WellFormed(const std::string& xml)
     std::size_t position = 0;
     for (std::sregex_iterator it(xml.begin(), xml.end(), tag), end; it != end; ++it) {
         const std::string between = xml.substr(position, it->position() - position);
-        if (between.find('<') != std::string::npos || std::regex_search(between, std::regex("&(?!amp;|lt;|gt;|quot;)"))) {
+        if (between.find('<') != std::string::npos ||
+            std::regex_search(between, std::regex("&(?!amp;|lt;|gt;|quot;)"))) {
             return false;
         }
         position = it->position() + it->length();

@@ -52,8 +52,8 @@ JsonValue JsonReader::ReadValue()
     if (c == '"') {
         return {ReadString()};
     }
-    for (const auto& [word, value] : {std::pair<std::string, JsonValue>{"null", {nullptr}}, {"true", {true}},
-                                      {"false", {false}}}) {
+    for (const auto& [word, value] :
+        {std::pair<std::string, JsonValue>{"null", {nullptr}}, {"true", {true}}, {"false", {false}}}) {
         if (text.compare(position, word.size(), word) == 0) {
             position += word.size();
             return value;

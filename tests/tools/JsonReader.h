@@ -12,7 +12,7 @@ public:
     static JsonValue Parse(const std::string& text);
 
 private:
-    explicit JsonReader(const std::string& text) : text(text) {}
+    explicit JsonReader(const std::string& text) : text(text) { }
     JsonValue ReadValue();
     JsonValue ReadObject();
     JsonValue ReadArray();

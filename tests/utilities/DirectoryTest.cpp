@@ -48,14 +48,14 @@ public:
         }
         return key;
     }
-    void SetLanguage(const String&) override {}
+    void SetLanguage(const String&) override { }
     String GetLanguage() const override { return "German"; }
     Utilities::Vector<String> GetLanguages() const override { return Utilities::Vector<String>(0); }
     String ReverseTranslate(const String& text) override { return text; }
-    void SetMark(bool) override {}
+    void SetMark(bool) override { }
     bool GetMark() const override { return false; }
     bool IsLoaded() const override { return true; }
-    void Load() override {}
+    void Load() override { }
 };
 
 class DirectoryListingTest : public testing::Test {
@@ -79,10 +79,10 @@ protected:
 TEST(DirectoryTest, KindsNameTheirPlaces)
 {
     EXPECT_EQ(std::filesystem::current_path().string(),
-              Directory::Create(Directory::DirectoryCurrent)->GetPath().ToStdString());
+        Directory::Create(Directory::DirectoryCurrent)->GetPath().ToStdString());
     // The program of the process, wherever the code runs from.
     EXPECT_EQ(std::filesystem::read_symlink("/proc/self/exe").parent_path().string(),
-              Directory::Create(Directory::DirectoryApplication)->GetPath().ToStdString());
+        Directory::Create(Directory::DirectoryApplication)->GetPath().ToStdString());
 
     const SmartPointer<Directory> root = Directory::Create(Directory::DirectoryDrives);
     EXPECT_STREQ("/", root->GetPath().CString());
@@ -90,8 +90,7 @@ TEST(DirectoryTest, KindsNameTheirPlaces)
     ASSERT_EQ(1U, drives.size());
     EXPECT_STREQ("/", drives[0]->GetPath().CString());
 
-    EXPECT_EQ("Unknown directory kind 7",
-              FailureText<ExceptionOutOfBound>([] { Directory::Create(7, "/tmp"); }));
+    EXPECT_EQ("Unknown directory kind 7", FailureText<ExceptionOutOfBound>([] { Directory::Create(7, "/tmp"); }));
 }
 
 TEST(DirectoryTest, TheSettingsDirectoryFollowsTheUsersConfiguration)
@@ -110,17 +109,19 @@ TEST(DirectoryTest, AGivenDirectoryMustExist)
     TemporaryDirectory folder;
     std::filesystem::create_directory(folder / "sub");
 
-    EXPECT_EQ(folder / "sub", Directory::Create(Directory::DirectoryGiven, (folder / "sub/").c_str())->GetPath().ToStdString());
+    EXPECT_EQ(folder / "sub",
+        Directory::Create(Directory::DirectoryGiven, (folder / "sub/").c_str())->GetPath().ToStdString());
     const std::string windowsForm = folder.Path() + "\\sub\\";
-    EXPECT_EQ(folder / "sub", Directory::Create(Directory::DirectoryGiven, windowsForm.c_str())->GetPath().ToStdString());
+    EXPECT_EQ(
+        folder / "sub", Directory::Create(Directory::DirectoryGiven, windowsForm.c_str())->GetPath().ToStdString());
 
     const std::string missing = folder / "missing";
-    EXPECT_EQ("Error: Directory " + missing + " does not exist",
-              FailureText<ExceptionResourceNotAvailable>(
-                  [&] { Directory::Create(Directory::DirectoryGiven, missing.c_str()); }));
+    EXPECT_EQ("Error: Directory " + missing + " does not exist", FailureText<ExceptionResourceNotAvailable>([&] {
+        Directory::Create(Directory::DirectoryGiven, missing.c_str());
+    }));
     EXPECT_FALSE(std::filesystem::exists(missing));
     EXPECT_EQ("Error: Directory  does not exist",
-              FailureText<ExceptionResourceNotAvailable>([] { Directory::Create(Directory::DirectoryGiven, ""); }));
+        FailureText<ExceptionResourceNotAvailable>([] { Directory::Create(Directory::DirectoryGiven, ""); }));
 }
 
 TEST(DirectoryTest, NamesAndParents)
@@ -140,16 +141,16 @@ TEST(DirectoryTest, NamesAndParents)
 
 TEST(DirectoryTest, MessagesAreTranslatedBeforeTheirPlaceholdersAreFilled)
 {
-    const ComponentCreatorSingleton<GermanDirectoryMessages> german{"LanguageService", "$Revision: 1000.0 $",
-                                                                    "Utilities"};
+    const ComponentCreatorSingleton<GermanDirectoryMessages> german{
+        "LanguageService", "$Revision: 1000.0 $", "Utilities"};
     TemporaryDirectory folder;
     const std::string missing = folder / "missing";
-    EXPECT_EQ("Fehler: Verzeichnis " + missing + " existiert nicht",
-              FailureText<ExceptionResourceNotAvailable>(
-                  [&] { Directory::Create(Directory::DirectoryGiven, missing.c_str()); }));
+    EXPECT_EQ("Fehler: Verzeichnis " + missing + " existiert nicht", FailureText<ExceptionResourceNotAvailable>([&] {
+        Directory::Create(Directory::DirectoryGiven, missing.c_str());
+    }));
     const SmartPointer<Directory> directory = Directory::Create(Directory::DirectoryGiven, folder.Path().c_str());
     EXPECT_EQ("Unterverzeichnis 'x/y' nicht angelegt",
-              FailureText<ExceptionResourceNotAvailable>([&] { directory->CreateSubdirectory("x/y"); }));
+        FailureText<ExceptionResourceNotAvailable>([&] { directory->CreateSubdirectory("x/y"); }));
 }
 
 TEST_F(DirectoryListingTest, FilesNeedADotAndMatchWithoutCase)
@@ -158,7 +159,7 @@ TEST_F(DirectoryListingTest, FilesNeedADotAndMatchWithoutCase)
     EXPECT_EQ((std::vector<std::string>{"Languages.key"}), NamesOf(directory->GetFiles("Languages", "key")));
     // "x." has only two characters, as "." and ".." have fewer.
     EXPECT_EQ((std::vector<std::string>{".lang", "B.LANG", "Languages.key", "a.lang", "c.txt", "dotted.d"}),
-              NamesOf(directory->GetFiles("*", "*")));
+        NamesOf(directory->GetFiles("*", "*")));
     EXPECT_TRUE(directory->GetFiles("*", "dll").empty());
 
     const std::vector<SmartPointer<File>> files = directory->GetFiles("a", "lang");
@@ -188,7 +189,7 @@ TEST_F(DirectoryListingTest, SubdirectoriesAreCreatedOnce)
     EXPECT_EQ((std::vector<std::string>{"Languages"}), NamesOf(directory->GetSubdirectories("Languages")));
 
     EXPECT_EQ("Creation of subdirectory 'missing/deeper' failed",
-              FailureText<ExceptionResourceNotAvailable>([&] { directory->CreateSubdirectory("missing/deeper"); }));
+        FailureText<ExceptionResourceNotAvailable>([&] { directory->CreateSubdirectory("missing/deeper"); }));
     EXPECT_EQ("Creation of subdirectory 'c.txt' failed",
-              FailureText<ExceptionResourceNotAvailable>([&] { directory->CreateSubdirectory("c.txt"); }));
+        FailureText<ExceptionResourceNotAvailable>([&] { directory->CreateSubdirectory("c.txt"); }));
 }

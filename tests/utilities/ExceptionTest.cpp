@@ -31,13 +31,13 @@ std::string ValueStringCaughtAs(const char* text)
 TEST(ExceptionTest, ValueStringNamesTheMostDerivedClass)
 {
     EXPECT_EQ("Utilities::ExceptionOutOfBound: vector index >= vector size",
-              (ValueStringCaughtAs<ExceptionOutOfBound, Exception>("vector index >= vector size")));
+        (ValueStringCaughtAs<ExceptionOutOfBound, Exception>("vector index >= vector size")));
     EXPECT_EQ("Utilities::ExceptionWrongType: ", (ValueStringCaughtAs<ExceptionWrongType, ExceptionBusiness>("")));
     EXPECT_EQ("HviManager::ExceptionHviModule: m",
-              (ValueStringCaughtAs<HviManager::ExceptionHviModule, ExceptionResource>("m")));
+        (ValueStringCaughtAs<HviManager::ExceptionHviModule, ExceptionResource>("m")));
     EXPECT_EQ("CMetry::ExceptionCMetry: c", (ValueStringCaughtAs<CMetry::ExceptionCMetry, ExceptionBusiness>("c")));
     EXPECT_EQ("DeviceDriver::ExceptionPaviloCommunication: p",
-              (ValueStringCaughtAs<DeviceDriver::ExceptionPaviloCommunication, Exception>("p")));
+        (ValueStringCaughtAs<DeviceDriver::ExceptionPaviloCommunication, Exception>("p")));
     EXPECT_EQ("Utilities::ExceptionGUICreation: g", (ValueStringCaughtAs<ExceptionGUICreation, ExceptionGUI>("g")));
 }
 

@@ -45,7 +45,7 @@ std::string ReadAllLines(File& file)
 
 std::string LocalTimeStamp(std::time_t time)
 {
-    std::tm local {};
+    std::tm local{};
     localtime_r(&time, &local);
     char text[15];
     std::strftime(text, sizeof text, "%Y%m%d%H%M%S", &local);
@@ -206,8 +206,7 @@ TEST(FileTest, OpenFailsWhereNothingCanBeOpened)
     const std::string path = directory / "missing/file.txt";
     const SmartPointer<File> file = File::Create(path.c_str());
 
-    EXPECT_EQ("File open failed:" + path + " ",
-              FailureText<ExceptionResourceNotAvailable>([&] { file->Open(false); }));
+    EXPECT_EQ("File open failed:" + path + " ", FailureText<ExceptionResourceNotAvailable>([&] { file->Open(false); }));
     EXPECT_EQ("Failed to access to nullpointer.", FailureText<ExceptionNullpointer>([&] { file->IsAtEnd(); }));
 
     // A directory opens for reading only, and reads as an empty file.
@@ -232,7 +231,7 @@ TEST(FileTest, SizeTimeAccessAndDeletion)
     directory.Write("data.txt", "12345");
     const std::string path = directory / "data.txt";
     const std::time_t changed = 1700000000;
-    const utimbuf times {changed, changed};
+    const utimbuf times{changed, changed};
     ASSERT_EQ(0, utime(path.c_str(), &times));
 
     const SmartPointer<File> file = File::Create(path.c_str());
@@ -260,7 +259,7 @@ TEST(FileTest, DirectoriesAboveTheFile)
     EXPECT_STREQ(".", File::Create("alone.txt")->GetDirectory()->GetPath().CString());
 
     const std::string missing = directory / "gone";
-    EXPECT_EQ("Error: Directory " + missing + " does not exist",
-              FailureText<ExceptionResourceNotAvailable>(
-                  [&] { File::Create((missing + "/c.txt").c_str())->GetDirectory(); }));
+    EXPECT_EQ("Error: Directory " + missing + " does not exist", FailureText<ExceptionResourceNotAvailable>([&] {
+        File::Create((missing + "/c.txt").c_str())->GetDirectory();
+    }));
 }

@@ -40,8 +40,8 @@ std::multiset<std::string> PlaceholdersOf(const std::string& text)
 }
 
 // The texts that pick a result code for the host by their wording, which a translation keeps.
-const std::vector<std::string> codeSelectors = {"Dark data not valid", "White data not valid", "Dark calculation: ",
-                                                "White calculation: ", "Recognition", "Device IO control impossible"};
+const std::vector<std::string> codeSelectors = {"Dark data not valid", "White data not valid",
+    "Dark calculation: ", "White calculation: ", "Recognition", "Device IO control impossible"};
 
 TEST(GermanLanguageFile, EveryKeyHasATranslationWithTheSamePlaceholders)
 {

@@ -122,8 +122,8 @@ TEST_F(LanguageServiceTest, TheLanguageIsChosenAmongTheLoadedOnes)
     service.SetLanguage("German");
     EXPECT_STREQ("German", service.GetLanguage().CString());
     EXPECT_EQ("Kein Zugang zu Pavilo", Translate(service, "Unable to access Pavilo"));
-    EXPECT_EQ("Language not available",
-              FailureText<ExceptionOutOfBound>([&service] { service.SetLanguage("English"); }));
+    EXPECT_EQ(
+        "Language not available", FailureText<ExceptionOutOfBound>([&service] { service.SetLanguage("English"); }));
     EXPECT_STREQ("German", service.GetLanguage().CString());
 }
 
@@ -131,7 +131,7 @@ TEST_F(LanguageServiceTest, MissingFilesFailTheFirstUseOnly)
 {
     FileLanguageService withoutDirectory(application.Path().c_str());
     EXPECT_EQ("Could not initialize LanguageService!\n\nDirectory " + application.Path() + " missing!\n\n",
-              LoadFailure(withoutDirectory));
+        LoadFailure(withoutDirectory));
     EXPECT_TRUE(withoutDirectory.IsLoaded());
     EXPECT_EQ("Unable to access Pavilo", Translate(withoutDirectory, "Unable to access Pavilo"));
     EXPECT_EQ(0u, withoutDirectory.GetLanguages().Size());
@@ -141,9 +141,9 @@ TEST_F(LanguageServiceTest, MissingFilesFailTheFirstUseOnly)
     EXPECT_EQ("Could not initialize LanguageService!\n\nKeyfile missing\n", LoadFailure(withoutKeyFile));
 
     FileLanguageService beyondMissingDirectory((application / "gone").c_str());
-    EXPECT_EQ("Could not initialize LanguageService!\n\nError: Directory " + (application / "gone") +
-                  " does not exist\n",
-              LoadFailure(beyondMissingDirectory));
+    EXPECT_EQ(
+        "Could not initialize LanguageService!\n\nError: Directory " + (application / "gone") + " does not exist\n",
+        LoadFailure(beyondMissingDirectory));
 }
 
 TEST_F(LanguageServiceTest, ALanguageOfAnotherVersionIsNotTaken)
@@ -157,11 +157,11 @@ TEST_F(LanguageServiceTest, ALanguageOfAnotherVersionIsNotTaken)
               "Keyfile = Languages.key : Version = \"Version 7\"\n"
               "Languagefile = french.lang : Version = \"Version 6\"\n\n"
               "Translations for this language are not taken!\n\n",
-              LoadFailure(service));
+        LoadFailure(service));
     EXPECT_EQ("Kein Zugang zu Pavilo", Translate(service, "Unable to access Pavilo"));
     ASSERT_EQ(1u, service.GetLanguages().Size());
-    EXPECT_EQ("Language not available",
-              FailureText<ExceptionOutOfBound>([&service] { service.SetLanguage("French"); }));
+    EXPECT_EQ(
+        "Language not available", FailureText<ExceptionOutOfBound>([&service] { service.SetLanguage("French"); }));
 }
 
 TEST_F(LanguageServiceTest, BadLanguageFilesGiveTheEnglishText)
@@ -239,7 +239,7 @@ std::string programDirectoryForTest;
 // The service of this module for a program in programDirectoryForTest.
 class ServiceOfTestProgram : public FileLanguageService {
 public:
-    ServiceOfTestProgram() : FileLanguageService(programDirectoryForTest.c_str()) {}
+    ServiceOfTestProgram() : FileLanguageService(programDirectoryForTest.c_str()) { }
 };
 
 // Outranks the registered service for the length of one test.

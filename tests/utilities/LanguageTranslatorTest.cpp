@@ -1,9 +1,9 @@
+#include "utilities/LanguageTranslator.h"
 #include "utilities/ComponentCreatorSingleton.h"
 #include "utilities/ExceptionNullpointer.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/ExceptionResourceNotAvailable.h"
 #include "utilities/LanguageService.h"
-#include "utilities/LanguageTranslator.h"
 #include "utilities/ResolveAs.h"
 
 #include "tests/utilities/FailureText.h"
@@ -100,7 +100,7 @@ TEST_F(LanguageTranslatorTest, LoadPassesOnTheTextOfAMissingResource)
     EXPECT_NO_THROW(translator.Load());
     service->loadFailure = ScriptedLanguageService::LoadFailure::ResourceNotAvailable;
     EXPECT_EQ("Could not initialize LanguageService!\n\nKeyfile missing\n",
-              FailureText<ExceptionResourceNotAvailable>([&translator] { translator.Load(); }));
+        FailureText<ExceptionResourceNotAvailable>([&translator] { translator.Load(); }));
     service->loadFailure = ScriptedLanguageService::LoadFailure::Other;
     EXPECT_EQ("load failed", FailureText<ExceptionOutOfBound>([&translator] { translator.Load(); }));
 }

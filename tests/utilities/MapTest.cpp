@@ -106,7 +106,7 @@ TEST(MapTest, InvalidIteratorFailsWithItsTexts)
     EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { entry.Key(); }), "MapIterator is not valid");
     EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { entry.Value(); }), "MapIterator is not valid");
     EXPECT_EQ(FailureText<ExceptionOutOfBound>([&] { ++entry; }),
-              "ListIterator::operator++(): Can't increment iterator because it's invalid");
+        "ListIterator::operator++(): Can't increment iterator because it's invalid");
 }
 
 TEST(MapTest, CopiesAreDeep)

@@ -7,9 +7,9 @@
 #include <string>
 #include <thread>
 
-#include "tests/utilities/FailureText.h"
 #include "tests/support/HolderProcess.h"
 #include "tests/support/TemporaryLockDirectory.h"
+#include "tests/utilities/FailureText.h"
 #include "utilities/ExceptionMultithreading.h"
 #include "utilities/Mutex.h"
 #include "utilities/platform/LockDirectory.h"
@@ -252,12 +252,12 @@ TEST_F(MutexTest, UnusableLockDirectoryIsRefusedWithItsReason)
     std::ofstream(notADirectory) << "x";
     ::setenv("ORBEL_LOCK_DIR", notADirectory.c_str(), 1);
     EXPECT_EQ(FailureText<ExceptionMultithreading>([] { Mutex mutex("Refused"); }),
-              "Lock directory is no directory: " + notADirectory + " (Not a directory)");
+        "Lock directory is no directory: " + notADirectory + " (Not a directory)");
 
     const std::string missingParent = lockDirectory.Path() + "/missing/locks";
     ::setenv("ORBEL_LOCK_DIR", missingParent.c_str(), 1);
     EXPECT_EQ(FailureText<ExceptionMultithreading>([] { Mutex mutex("Refused"); }),
-              "Could not create lock directory " + missingParent + " (No such file or directory)");
+        "Could not create lock directory " + missingParent + " (No such file or directory)");
 
     Mutex unnamed;
     EXPECT_TRUE(unnamed.Lock(0));

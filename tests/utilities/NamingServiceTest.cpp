@@ -1,9 +1,9 @@
+#include "utilities/NamingService.h"
 #include "utilities/Anything.h"
 #include "utilities/ComponentCreatorBase.h"
 #include "utilities/ComponentCreatorNormal.h"
 #include "utilities/ComponentCreatorSingleton.h"
 #include "utilities/ExceptionOutOfBound.h"
-#include "utilities/NamingService.h"
 #include "utilities/ResolveAs.h"
 
 #include "tests/utilities/FailureText.h"
@@ -22,18 +22,17 @@ using namespace Utilities;
 
 namespace {
 
-struct Probe : Component {};
-struct OtherProbe : Component {};
+struct Probe : Component { };
+struct OtherProbe : Component { };
 
 struct Unloadable : Component {
     bool PrepareForUnload() override { return true; }
 };
 
 // Registered as static objects, as the components of the module register theirs.
-ComponentCreatorNormal<Probe> normalProbes("NamingServiceTest.Normal", "$Revision: 1.2 $", "NamingServiceTest",
-                                           {{"testOnlyKey", Anything("normal")}});
-ComponentCreatorSingleton<Probe> singletonProbe("NamingServiceTest.Singleton", "$Revision: 1.3 $",
-                                                "NamingServiceTest");
+ComponentCreatorNormal<Probe> normalProbes(
+    "NamingServiceTest.Normal", "$Revision: 1.2 $", "NamingServiceTest", {{"testOnlyKey", Anything("normal")}});
+ComponentCreatorSingleton<Probe> singletonProbe("NamingServiceTest.Singleton", "$Revision: 1.3 $", "NamingServiceTest");
 
 SmartPointer<Component> Resolved(const std::string& name)
 {
@@ -85,7 +84,7 @@ std::set<std::string> NamesOf(ComponentDescriptorIterator found)
 TEST(NamingServiceTest, EveryComponentOfTheModuleResolves)
 {
     for (const char* name : {"Preferences", "LanguageService", "MutexImplementation", "ThreadImplementation",
-                             "PaviloFunctionality", "PaviloLowLevelDriver"}) {
+             "PaviloFunctionality", "PaviloLowLevelDriver"}) {
         EXPECT_FALSE(Resolved(name).IsNull()) << name;
     }
     EXPECT_FALSE(Resolved("NamingServiceTest.Normal").IsNull());
@@ -107,9 +106,8 @@ TEST(NamingServiceTest, HigherVersionWinsWhicheverCameFirst)
         const char* first;
         const char* second;
         bool firstWins;
-    } cases[] = {{"$Revision: 1.10 $", "$Revision: 1.9 $", false},
-                 {"$Revision: 2.0 $", "$Revision: 1.5 $", true},
-                 {"$Revision: 1.5 $", "$Revision: 1.5 $", true}};
+    } cases[] = {{"$Revision: 1.10 $", "$Revision: 1.9 $", false}, {"$Revision: 2.0 $", "$Revision: 1.5 $", true},
+        {"$Revision: 1.5 $", "$Revision: 1.5 $", true}};
     for (const auto& each : cases) {
         ComponentCreatorNormal<Probe> first("NamingServiceTest.Versions", each.first, "NamingServiceTest");
         ComponentCreatorNormal<OtherProbe> second("NamingServiceTest.Versions", each.second, "NamingServiceTest");
@@ -118,8 +116,8 @@ TEST(NamingServiceTest, HigherVersionWinsWhicheverCameFirst)
     }
     {
         BareCreator unversioned({{"name", Anything("NamingServiceTest.Unversioned")}});
-        ComponentCreatorNormal<Probe> versioned("NamingServiceTest.Unversioned", "$Revision: 0.1 $",
-                                                "NamingServiceTest");
+        ComponentCreatorNormal<Probe> versioned(
+            "NamingServiceTest.Unversioned", "$Revision: 0.1 $", "NamingServiceTest");
         EXPECT_TRUE(IsA<Probe>(Resolved("NamingServiceTest.Unversioned")));
     }
     EXPECT_TRUE(Resolved("NamingServiceTest.Versions").IsNull());
@@ -130,8 +128,7 @@ TEST(NamingServiceTest, RemovingTheWinnerLetsTheNextBestServe)
 {
     ComponentCreatorNormal<Probe> lower("NamingServiceTest.Removal", "$Revision: 1.1 $", "NamingServiceTest");
     {
-        ComponentCreatorNormal<OtherProbe> higher("NamingServiceTest.Removal", "$Revision: 1.2 $",
-                                                  "NamingServiceTest");
+        ComponentCreatorNormal<OtherProbe> higher("NamingServiceTest.Removal", "$Revision: 1.2 $", "NamingServiceTest");
         EXPECT_TRUE(IsA<OtherProbe>(Resolved("NamingServiceTest.Removal")));
     }
     EXPECT_TRUE(IsA<Probe>(Resolved("NamingServiceTest.Removal")));
@@ -185,8 +182,8 @@ TEST(NamingServiceTest, NormalCreatorCountsTheInstancesThatAreOut)
 
 TEST(NamingServiceTest, ComponentThatOutlivesItsCreatorGoesQuietly)
 {
-    auto creator = std::make_unique<ComponentCreatorNormal<Probe>>("NamingServiceTest.Outlived", "$Revision: 1.0 $",
-                                                                   "NamingServiceTest");
+    auto creator = std::make_unique<ComponentCreatorNormal<Probe>>(
+        "NamingServiceTest.Outlived", "$Revision: 1.0 $", "NamingServiceTest");
     SmartPointer<Component> survivor = Resolved("NamingServiceTest.Outlived");
     creator.reset();
     EXPECT_TRUE(Resolved("NamingServiceTest.Outlived").IsNull());
@@ -224,9 +221,9 @@ TEST(NamingServiceTest, DescriptorsAreFoundByKeyAndValue)
 {
     NamingService& service = NamingService::Instance();
     EXPECT_EQ((std::set<std::string>{"NamingServiceTest.Normal", "NamingServiceTest.Singleton"}),
-              NamesOf(service.GetComponentDescriptors("category", Anything("NamingServiceTest"))));
+        NamesOf(service.GetComponentDescriptors("category", Anything("NamingServiceTest"))));
     EXPECT_EQ(std::set<std::string>{"NamingServiceTest.Normal"},
-              NamesOf(service.GetComponentDescriptors("testOnlyKey", Anything())));
+        NamesOf(service.GetComponentDescriptors("testOnlyKey", Anything())));
     EXPECT_TRUE(NamesOf(service.GetComponentDescriptors("testOnlyKey", Anything("other"))).empty());
     EXPECT_TRUE(NamesOf(service.GetComponentDescriptors("", Anything())).contains("NamingServiceTest.Singleton"));
 
@@ -236,8 +233,7 @@ TEST(NamingServiceTest, DescriptorsAreFoundByKeyAndValue)
     ++past;
     ++past;
     EXPECT_FALSE(past.IsValid());
-    EXPECT_EQ("no more ComponentDescriptors available.",
-              FailureText<ExceptionOutOfBound>([&past] { past.Current(); }));
+    EXPECT_EQ("no more ComponentDescriptors available.", FailureText<ExceptionOutOfBound>([&past] { past.Current(); }));
 }
 
 TEST(NamingServiceTest, ThreadsResolvingOneNameShareOneObject)

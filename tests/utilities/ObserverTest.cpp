@@ -17,7 +17,7 @@ namespace {
 // Writes down the calls it gets; may remove an observer (itself too) and add one on its first call.
 class RecordingObserver : public Observer<long> {
 public:
-    explicit RecordingObserver(std::vector<std::pair<int, long>>& calls, int id) : calls(calls), id(id) {}
+    explicit RecordingObserver(std::vector<std::pair<int, long>>& calls, int id) : calls(calls), id(id) { }
 
     void Update(Observee<long>* source, long value) override
     {

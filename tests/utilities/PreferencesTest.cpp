@@ -69,7 +69,7 @@ TEST_F(PreferencesTest, SetWritesWhatGetReadsAndKeepsTheRest)
     preferences->Set("LanguageService", "language", "French");
     preferences->Set("Third", "Log", "");
     EXPECT_EQ("[LanguageService]\n; keep me\nlanguage=French\nMark=true\n\n[Other]\nKey=1\n[Third]\nLog=\n",
-              settings.ReadSettings());
+        settings.ReadSettings());
     EXPECT_EQ("French", Get("LanguageService", "Language"));
     EXPECT_EQ("", Get("Third", "Log"));
     EXPECT_FALSE(std::filesystem::exists(settings.SettingsFile() + ".new"));

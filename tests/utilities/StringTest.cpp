@@ -243,10 +243,10 @@ TEST(StringTest, UnsignedConversions)
     EXPECT_EQ(0UL, String("+").ToUnsignedLong());
     EXPECT_EQ(0UL, String("+x").ToUnsignedLong());
     EXPECT_EQ(7UL, String("+7").ToUnsignedLong());
-    EXPECT_EQ("4294967296 is to big for an unsigned long.",
-              ConversionFailure([] { String("4294967296").ToUnsignedLong(); }));
-    EXPECT_EQ("4294967300 is to big for an unsigned long.",
-              ConversionFailure([] { String("4294967300").ToUnsignedLong(); }));
+    EXPECT_EQ(
+        "4294967296 is to big for an unsigned long.", ConversionFailure([] { String("4294967296").ToUnsignedLong(); }));
+    EXPECT_EQ(
+        "4294967300 is to big for an unsigned long.", ConversionFailure([] { String("4294967300").ToUnsignedLong(); }));
     EXPECT_EQ("x1 is not a valid number.", ConversionFailure([] { String("x1").ToUnsignedLong(); }));
 
     EXPECT_EQ(65535, String("65535").ToUnsignedShort());
@@ -259,8 +259,7 @@ TEST(StringTest, LongAndDoubleConversions)
     EXPECT_EQ(-2147483648L, String("-2147483648").ToLong());
     EXPECT_EQ(2147483647L, String(" 2147483647").ToLong());
     EXPECT_EQ("2147483648 is to big for a long.", ConversionFailure([] { String("2147483648").ToLong(); }));
-    EXPECT_EQ("99999999999 is to big for an unsigned long.",
-              ConversionFailure([] { String("99999999999").ToLong(); }));
+    EXPECT_EQ("99999999999 is to big for an unsigned long.", ConversionFailure([] { String("99999999999").ToLong(); }));
 
     EXPECT_DOUBLE_EQ(2.5, String("2.5").ToDouble());
     EXPECT_DOUBLE_EQ(-1e3, String("-1e3xyz").ToDouble());

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <future>
 #include <stdexcept>
-#include <type_traits>
 #include <thread>
+#include <type_traits>
 
 #include "utilities/Exception.h"
 #include "utilities/ResolveAs.h"
@@ -55,7 +55,7 @@ public:
 template<class Failure>
 class OneShotThread : public Thread {
 public:
-    explicit OneShotThread(uint32_t exitCode) : exitCode(exitCode) {}
+    explicit OneShotThread(uint32_t exitCode) : exitCode(exitCode) { }
     ~OneShotThread() override { Stop(tenSeconds); }
 
     uint32_t Run() override
@@ -75,7 +75,7 @@ public:
 // as its run is meant to outlive Stop.
 class StubbornThread : public Thread {
 public:
-    StubbornThread(std::shared_future<void> gate, std::atomic<bool>& finished) : gate(gate), finished(finished) {}
+    StubbornThread(std::shared_future<void> gate, std::atomic<bool>& finished) : gate(gate), finished(finished) { }
 
     uint32_t Run() override
     {
@@ -239,7 +239,7 @@ TEST(ThreadTest, DestroyingARunningThreadStopsIt)
     std::atomic<bool> ended{false};
     class Plain : public Thread {
     public:
-        explicit Plain(std::atomic<bool>& ended) : ended(ended) {}
+        explicit Plain(std::atomic<bool>& ended) : ended(ended) { }
         uint32_t Run() override
         {
             std::atomic<bool>& endedFlag = ended;

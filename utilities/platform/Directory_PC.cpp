@@ -118,13 +118,13 @@ String Directory_PC::SettingsDirectory()
 // as present.
 bool Directory_PC::Exists(const String& path)
 {
-    struct stat status {};
+    struct stat status { };
     return ::stat(path.CString(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
 bool Directory_PC::IsDirectory(const String& path)
 {
-    struct stat status {};
+    struct stat status { };
     return ::stat(path.CString(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 

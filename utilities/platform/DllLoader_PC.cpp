@@ -4,7 +4,7 @@
 
 namespace Utilities {
 
-DllLoader_PC::DllLoader_PC(ComponentRegistry& registry) : DllLoader(registry), moduleHandle(nullptr) {}
+DllLoader_PC::DllLoader_PC(ComponentRegistry& registry) : DllLoader(registry), moduleHandle(nullptr) { }
 
 DllLoader_PC::~DllLoader_PC()
 {

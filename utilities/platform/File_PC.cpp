@@ -49,9 +49,7 @@ std::string ToLower(std::string text)
 
 }
 
-File_PC::File_PC(const String& path) : path(path)
-{
-}
+File_PC::File_PC(const String& path) : path(path) { }
 
 void File_PC::Open(bool binary)
 {
@@ -171,7 +169,7 @@ bool File_PC::Delete()
 
 unsigned long File_PC::GetSize() const
 {
-    struct stat status {};
+    struct stat status { };
     if (!StatusOfReadableFile(path, status)) {
         return 0;
     }
@@ -180,8 +178,8 @@ unsigned long File_PC::GetSize() const
 
 String File_PC::GetTimeStamp() const
 {
-    struct stat status {};
-    std::tm local {};
+    struct stat status { };
+    std::tm local{};
     if (!StatusOfReadableFile(path, status) || ::localtime_r(&status.st_mtime, &local) == nullptr) {
         return String(unknownTimeStamp);
     }

@@ -100,7 +100,7 @@ void LockDirectory::MakeDirectory(const std::string& path, bool mustBeOwnedByUse
     if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
         Fail("Could not create lock directory ", path, errno);
     }
-    struct stat status {};
+    struct stat status { };
     const int result = mustBeOwnedByUser ? ::lstat(path.c_str(), &status) : ::stat(path.c_str(), &status);
     if (result != 0) {
         Fail("Could not create lock directory ", path, errno);

@@ -2,9 +2,7 @@
 
 namespace Utilities {
 
-SystemMutex::SystemMutex(std::unique_ptr<FileLock> fileLock) : depth(0), fileLock(std::move(fileLock))
-{
-}
+SystemMutex::SystemMutex(std::unique_ptr<FileLock> fileLock) : depth(0), fileLock(std::move(fileLock)) { }
 
 bool SystemMutex::Lock(unsigned long timeoutMs)
 {

@@ -31,7 +31,8 @@ Diagnostics::String ThreadImplementation_PC::GetValueString() const
     if (!exitCode) {
         return "Thread running";
     }
-    return Diagnostics::String("Thread ended with exit code ") + Diagnostics::String(static_cast<unsigned long>(*exitCode));
+    return Diagnostics::String("Thread ended with exit code ") +
+        Diagnostics::String(static_cast<unsigned long>(*exitCode));
 }
 
 void ThreadImplementation_PC::Stop(unsigned long waitMs)

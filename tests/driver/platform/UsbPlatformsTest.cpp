@@ -11,8 +11,8 @@
 
 namespace DeviceDriverTest {
 
-using OrbelTest::SimInstrument;
 using OrbelTest::ProgramResult;
+using OrbelTest::SimInstrument;
 
 using DeviceDriver::UsbConnection;
 using DeviceDriver::UsbPlatform;
@@ -26,7 +26,7 @@ namespace {
 // Stands for the real instruments: two attached, and none that may be opened.
 class RealInstruments : public UsbPlatform {
 public:
-    explicit RealInstruments(std::vector<std::string>& opened) : opened(opened) {}
+    explicit RealInstruments(std::vector<std::string>& opened) : opened(opened) { }
 
     bool Serves(const Utilities::String& path) const override { return HasPrefix(path, "usb:"); }
     std::vector<Utilities::String> EnumerateDevices() override { return {"usb:1-4", "usb:2-1.3"}; }

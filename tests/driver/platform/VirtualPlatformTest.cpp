@@ -18,8 +18,8 @@
 
 namespace DeviceDriverTest {
 
-using OrbelTest::SimInstrument;
 using OrbelTest::ProgramResult;
+using OrbelTest::SimInstrument;
 
 using DeviceDriver::UsbConnection;
 using DeviceDriver::UsbResult;
@@ -57,9 +57,8 @@ UsbResult Control(UsbConnection& connection, std::uint8_t direction, std::uint8_
 Bytes EepromRange(std::uint32_t address, std::uint16_t size)
 {
     return {static_cast<std::uint8_t>(address >> 24), static_cast<std::uint8_t>(address >> 16),
-            static_cast<std::uint8_t>(address >> 8),  static_cast<std::uint8_t>(address),
-            static_cast<std::uint8_t>(size >> 8),     static_cast<std::uint8_t>(size),
-            0,                                        0};
+        static_cast<std::uint8_t>(address >> 8), static_cast<std::uint8_t>(address),
+        static_cast<std::uint8_t>(size >> 8), static_cast<std::uint8_t>(size), 0, 0};
 }
 
 // Reads EEPROM bytes as the driver does: request 196, then the bytes on bulk-in. Empty on failure.
@@ -271,7 +270,7 @@ TEST_F(VirtualPlatformTest, SubmittedBulkReadsCompleteInTurnOrAreCancelled)
     EXPECT_TRUE(connection->AwaitBulkRead(behind, 60000).IsCancelled());
     EXPECT_EQ(ReadEepromBytes(*connection, 100, 16), expected);
     EXPECT_EQ(connection->AwaitBulkRead(connection->SubmitBulkRead(nullptr, 8, 100), 100).Error(),
-              static_cast<std::uint32_t>(EINVAL));
+        static_cast<std::uint32_t>(EINVAL));
 }
 
 TEST_F(VirtualPlatformTest, CancelEndsTheInterruptReadFromAnotherThread)
@@ -348,7 +347,8 @@ TEST_F(VirtualPlatformTest, ConnectionsFromThreadsAndProcessesDoNotMix)
         for (std::uint32_t i = 0; i < 40; ++i) {
             const std::uint32_t address = (seed * 1031 + i * 197) % (EepromSize - 300);
             const std::uint16_t size = static_cast<std::uint16_t>(1 + (seed + i * 37) % 300);
-            if (ReadEepromBytes(*connection, address, size) != Bytes(image.begin() + address, image.begin() + address + size)) {
+            if (ReadEepromBytes(*connection, address, size) !=
+                Bytes(image.begin() + address, image.begin() + address + size)) {
                 return false;
             }
         }
@@ -397,10 +397,10 @@ TEST(VirtualPlatformDirectory, FollowsTheEnvironment)
 TEST(VirtualWireFrame, RequestsAreBigEndianHeadersBeforeTheirBody)
 {
     const Bytes body = {0xAA, 0xBB, 0xCC};
-    const Bytes frame = VirtualWireFrame::Encode({VirtualWireFrame::Kind::BulkWrite, 0x01020304, 0x0A0B0C0D, 3},
-                                                 body.data(), body.size());
-    EXPECT_EQ(frame, (Bytes{'O', 'B', 'S', 'M', 1, 3, 0, 0, 1, 2, 3, 4, 10, 11, 12, 13, 0, 0, 0, 3, 0, 0, 0, 3,
-                            0xAA, 0xBB, 0xCC}));
+    const Bytes frame = VirtualWireFrame::Encode(
+        {VirtualWireFrame::Kind::BulkWrite, 0x01020304, 0x0A0B0C0D, 3}, body.data(), body.size());
+    EXPECT_EQ(frame,
+        (Bytes{'O', 'B', 'S', 'M', 1, 3, 0, 0, 1, 2, 3, 4, 10, 11, 12, 13, 0, 0, 0, 3, 0, 0, 0, 3, 0xAA, 0xBB, 0xCC}));
 }
 
 TEST(VirtualWireFrame, AnswerHeadersAreReadOrRefused)

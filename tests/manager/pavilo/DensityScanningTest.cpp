@@ -22,9 +22,8 @@ HvSpectrum Grey(float value)
 class DensityScanningTest : public ::testing::Test {
 protected:
     DensityScanningTest()
-        : fake(new FakeScanning),
-          densities(Utilities::SmartPointer<DeviceDriver::RemissionHandle>(),
-                    Utilities::SmartPointer<HviManager::SpecPhotoMeterScanning_V1>(fake))
+        : fake(new FakeScanning), densities(Utilities::SmartPointer<DeviceDriver::RemissionHandle>(),
+                                      Utilities::SmartPointer<HviManager::SpecPhotoMeterScanning_V1>(fake))
     {
         fake->patches.Add(Grey(0.1f));
         fake->patches.Add(Grey(0.5f));

@@ -108,10 +108,10 @@ TEST_F(EmissionInterfacesTest, TwoObjectsOnOneHandleMeasureOneAfterTheOther)
     first.Calibrate();
     first.Measure();
     EXPECT_TRUE(WaitsFor([&] { EXPECT_TRUE(first.GetSample().IsValid()); },
-                         [&] {
-                             second.Measure();
-                             EXPECT_TRUE(second.GetSample().IsValid());
-                         }));
+        [&] {
+            second.Measure();
+            EXPECT_TRUE(second.GetSample().IsValid());
+        }));
 }
 
 }

@@ -52,7 +52,8 @@ protected:
 
 TEST_F(InstrumentButtonsTest, ConnectionIsReportedAsChangesNotStates)
 {
-    InstrumentButtons_V1::ButtonStates first = buttons.GetButtonStates(SmartPointer<InstrumentButtons_V1::ButtonList>());
+    InstrumentButtons_V1::ButtonStates first =
+        buttons.GetButtonStates(SmartPointer<InstrumentButtons_V1::ButtonList>());
     ASSERT_TRUE(Has(first, "Connection"));
     EXPECT_EQ(first[String("Connection")].AsLong(), 1);
     EXPECT_EQ(buttons.GetButtonStates(SmartPointer<InstrumentButtons_V1::ButtonList>()).Size(), 0u);

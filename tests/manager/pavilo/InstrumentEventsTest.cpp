@@ -133,7 +133,8 @@ TEST_F(InstrumentEventsTest, WithoutServiceEventsAreReadAndDropped)
     sim.Command({"press"});
     std::this_thread::sleep_for(std::chrono::milliseconds(1200));
     SmartPointer<HviManager::InstrumentButtons_V1> buttons =
-        Utilities::SmartPointerCast<HviManager::InstrumentButtons_V1>(instrument.GetInterface(String("InstrumentButtons_V1")));
+        Utilities::SmartPointerCast<HviManager::InstrumentButtons_V1>(
+            instrument.GetInterface(String("InstrumentButtons_V1")));
     EXPECT_FALSE(buttons->GetButtonStates(SmartPointer<HviManager::InstrumentButtons_V1::ButtonList>())
                      .Find(String("MeasurementKey"))
                      .IsValid());

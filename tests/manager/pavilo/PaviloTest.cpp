@@ -15,8 +15,8 @@ using Utilities::String;
 
 namespace {
 
-const char* const measuringInterfaces[] = {"InstrumentButtons_V1", "SpecPhotoMeterReflectance_V1",
-                                           "SpecPhotoMeterEmission_V1", "SpecPhotoMeterScanning_V1"};
+const char* const measuringInterfaces[] = {
+    "InstrumentButtons_V1", "SpecPhotoMeterReflectance_V1", "SpecPhotoMeterEmission_V1", "SpecPhotoMeterScanning_V1"};
 
 std::string Information(Pavilo& instrument, const char* key)
 {
@@ -64,16 +64,16 @@ TEST_F(PaviloTest, OffersItsInterfacesInOrderButServesNoTransmission)
     EXPECT_TRUE(instrument.GetInterface(String("SpecPhotoMeterTransmission_V1")).IsNull());
     EXPECT_TRUE(instrument.GetInterface(String("Unknown_V1")).IsNull());
     EXPECT_NE(&*instrument.GetInterface(String("InstrumentButtons_V1")),
-              &*instrument.GetInterface(String("InstrumentButtons_V1")));
+        &*instrument.GetInterface(String("InstrumentButtons_V1")));
     EXPECT_EQ(&*instrument.GetInterface(String("InstrumentEvents_V1")),
-              &*instrument.GetInterface(String("InstrumentEvents_V1")));
+        &*instrument.GetInterface(String("InstrumentEvents_V1")));
     SmartPointer<Component> reflectance = instrument.GetInterface(String("SpecPhotoMeterReflectance_V1"));
     ASSERT_FALSE(reflectance.IsNull());
     EXPECT_EQ(&*reflectance, &*instrument.GetInterface(String("SpecPhotoMeterReflectance_V1")));
     EXPECT_NE(&*instrument.GetInterface(String("SpecPhotoMeterScanning_V1")),
-              &*instrument.GetInterface(String("SpecPhotoMeterScanning_V1")));
+        &*instrument.GetInterface(String("SpecPhotoMeterScanning_V1")));
     for (const char* name : {"TristPhotoMeterReflectance_V1", "DensityReflectance_V1", "TristPhotoMeterScanning_V1",
-                             "DensityScanning_V1"}) {
+             "DensityScanning_V1"}) {
         EXPECT_FALSE(instrument.GetInterface(String(name)).IsNull()) << name;
     }
 }
@@ -98,7 +98,7 @@ TEST_F(PaviloTest, CloseStartsAfreshAndKeptObjectsStaySafe)
     EXPECT_TRUE(instrument.PrepareForUnload());
     EXPECT_NE(&*instrument.GetInterface(String("InstrumentInfo_V1")), &*info);
     EXPECT_EQ(Utilities::SmartPointerCast<InstrumentInfo_V1>(info)->GetInformation(String("Connection")).ToStdString(),
-              "Connected");
+        "Connected");
     EXPECT_FALSE(instrument.GetInterface(String("InstrumentButtons_V1")).IsNull());
 }
 

@@ -18,7 +18,7 @@ using Utilities::SmartPointer;
 
 class PhotoMeterDiagnosticsTest : public PaviloHandleFixture {
 protected:
-    PhotoMeterDiagnosticsTest() : raw(OpenHandle<RawHandle>()), diagnostics(OpenHandle<ServiceHandle>(), raw) {}
+    PhotoMeterDiagnosticsTest() : raw(OpenHandle<RawHandle>()), diagnostics(OpenHandle<ServiceHandle>(), raw) { }
 
     int LampFlags() const { return Parameter("flags") & (lampOffFlag | lampOnAfterFlag); }
 

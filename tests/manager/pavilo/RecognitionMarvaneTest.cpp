@@ -110,8 +110,7 @@ TEST(RecognitionMarvaneTest, EdgesLieAtTheCentreOfGravityOfTheirDifferences)
     EXPECT_FLOAT_EQ(recognition.Edges()[1], 11.0f);
     EXPECT_FLOAT_EQ(recognition.Edges()[2], 19.0f);
 
-    const Vector<SpectrumData> patches =
-        RecognitionMarvane::AverageFields(recognition.Elements(), recognition.Edges());
+    const Vector<SpectrumData> patches = RecognitionMarvane::AverageFields(recognition.Elements(), recognition.Edges());
     ASSERT_EQ(patches.Size(), 2u);
     EXPECT_FLOAT_EQ(patches[0].Load()[0], 5.5f);
     EXPECT_FLOAT_EQ(patches[1].Load()[35], 15.0f);
@@ -140,7 +139,7 @@ TEST(RecognitionMarvaneTest, ThresholdIsHalfTheMeanDifferenceButNeverBelowTheNoi
 
     RecognitionMarvane exactStep;
     EXPECT_EQ(TextOfFailure([&] { exactStep.LocateEdges(SeriesOfDifferences(std::vector<float>(12, 6.0f))); }),
-              "No patches found");
+        "No patches found");
 
     std::vector<RecognitionElement> fading = SeriesOfDifferences({4.0f, 4.0f, 4.0f, 20.0f, 20.0f});
     for (size_t index = 0; index < 3; ++index) {
@@ -167,18 +166,21 @@ TEST(RecognitionMarvaneTest, FieldsAreTheMiddleThirdBetweenEdges)
     EXPECT_EQ(patches[0].Gain(), 12u);
     EXPECT_EQ(patches[0].RowCount(), 1u);
 
-    EXPECT_EQ(TextOfFailure([&] { RecognitionMarvane::AverageFields(series, {10.0f, 10.5f}); }),
-              "Field is too small");
+    EXPECT_EQ(TextOfFailure([&] { RecognitionMarvane::AverageFields(series, {10.0f, 10.5f}); }), "Field is too small");
     EXPECT_EQ(TextOfFailure([&] { RecognitionMarvane::AverageFields(series, {}); }), "vector index >= vector size");
     EXPECT_EQ(RecognitionMarvane::AverageFields(series, {5.0f}).Size(), 0u);
 
-    EXPECT_EQ(TextOfFailure([&] { RecognitionMarvane::AverageFields(series, {10.0f, 12.0f}); }),
-              "Field is not uniform");
+    EXPECT_EQ(TextOfFailure([&] {
+        RecognitionMarvane::AverageFields(series, {10.0f, 12.0f});
+    }),
+        "Field is not uniform");
     CMetry::HvColorVector missedEdge;
     missedEdge[0] = 3.5f;
     series[14].SetLab(missedEdge);
-    EXPECT_EQ(TextOfFailure([&] { RecognitionMarvane::AverageFields(series, {10.0f, 16.0f}); }),
-              "Field is not uniform");
+    EXPECT_EQ(TextOfFailure([&] {
+        RecognitionMarvane::AverageFields(series, {10.0f, 16.0f});
+    }),
+        "Field is not uniform");
 }
 
 TEST(RecognitionMarvaneTest, RecognizesTheFieldsOfADrawnStrip)
@@ -209,10 +211,9 @@ TEST(RecognitionMarvaneTest, RecognizesTheFieldsOfADrawnStrip)
 
     const RecognitionElement& element = recognition.Elements()[0];
     EXPECT_NEAR(element.ForwardDifference(),
-                CMetry::ColorDifference::GetDeltaE(CMetry::HvSpectrum(element.Load()),
-                                                   CMetry::HvSpectrum(recognition.Elements()[1].Load()),
-                                                   conditions, 0, 0, 0),
-                1e-3);
+        CMetry::ColorDifference::GetDeltaE(CMetry::HvSpectrum(element.Load()),
+            CMetry::HvSpectrum(recognition.Elements()[1].Load()), conditions, 0, 0, 0),
+        1e-3);
 }
 
 // Drawn fast, a field of three measurements has blurred borders on both sides of its middle one;
@@ -221,8 +222,8 @@ TEST(RecognitionMarvaneTest, RefusesAFieldSwallowedByTheEdgesAroundIt)
 {
     RecognitionMarvane recognition;
     Vector<SpectrumData> patches(0);
-    EXPECT_FALSE(recognition.Recognize(DrawnFields({{0.85f, 15}, {0.2f, 15}, {0.6f, 3}, {0.05f, 15}, {0.85f, 15}}),
-                                       patches));
+    EXPECT_FALSE(
+        recognition.Recognize(DrawnFields({{0.85f, 15}, {0.2f, 15}, {0.6f, 3}, {0.05f, 15}, {0.85f, 15}}), patches));
     EXPECT_LT(recognition.Edges().size(), 4u);
     EXPECT_EQ(patches.Size(), 0u);
 }

@@ -17,7 +17,7 @@ using HviManager::PaviloDriver::SpecPhotoMeterReflectance_V1_Impl;
 using HviManager::PaviloDriver::TristPhotoMeterReflectance_V1_Impl;
 using Utilities::SmartPointer;
 
-class ReflectanceInterfacesTest : public PaviloHandleFixture {};
+class ReflectanceInterfacesTest : public PaviloHandleFixture { };
 
 TEST_F(ReflectanceInterfacesTest, UvCutFilterIsReportedAfterConstructionAndEachCalibration)
 {
@@ -73,10 +73,10 @@ TEST_F(ReflectanceInterfacesTest, ObjectsOnOneHandleWaitForTheMeasurementOfAnoth
 
     first.Measure();
     EXPECT_TRUE(WaitsFor([&] { first.GetSample(); },
-                         [&] {
-                             second.Measure();
-                             EXPECT_TRUE(second.GetSample().IsValid());
-                         }));
+        [&] {
+            second.Measure();
+            EXPECT_TRUE(second.GetSample().IsValid());
+        }));
     first.Measure();
     EXPECT_TRUE(WaitsFor([&] { first.GetSample(); }, [&] { density.Measure(); }));
     EXPECT_TRUE(LockIsFreeForOtherThreads(handle));
@@ -88,7 +88,7 @@ TEST_F(ReflectanceInterfacesTest, WithoutAHandleTheInterfacesSaySo)
     EXPECT_EQ(FailureText([&] { reflectance.Measure(); }), "Unable to access Pavilo");
     EXPECT_EQ(FailureText([&] { reflectance.Calibrate(); }), "Unable to access Pavilo");
     EXPECT_EQ(FailureText([] { DensityReflectance_V1_Impl density{SmartPointer<RemissionHandle>()}; }),
-              "Unable to write physical conditions to Pavilo");
+        "Unable to write physical conditions to Pavilo");
 }
 
 TEST_F(ReflectanceInterfacesTest, DensityMeasuresTheSpotAndTheSubstrate)

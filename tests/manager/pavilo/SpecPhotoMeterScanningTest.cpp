@@ -84,10 +84,7 @@ protected:
 
     ~SpecPhotoMeterScanningTest() override { handle->Close(); }
 
-    void Draw(const std::string& strip, int speed)
-    {
-        sim.Command({"strip", strip, "--speed", std::to_string(speed)});
-    }
+    void Draw(const std::string& strip, int speed) { sim.Command({"strip", strip, "--speed", std::to_string(speed)}); }
 
     // How many patches of the strip came back, and the worst difference of any to its truth;
     // -1 patches when the recognition failed.
