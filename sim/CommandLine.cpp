@@ -18,7 +18,7 @@ namespace OrbelSim {
 
 namespace {
 
-const char* const kUsage =
+const char* const usage =
     "usage: orbel-sim COMMAND [options]\n"
     "  start [--serial N] [--uv-cut] [--noise on|off] [--time-scale F] [--foreground] [--eeprom FILE] [--verbose]\n"
     "  stop | unplug | plug | press | status [--serial N]\n"
@@ -39,12 +39,12 @@ struct Arguments {
     std::map<std::string, std::string> options;
 };
 
-constexpr int kStopWaitMs = 5000;
+constexpr int stopWaitMs = 5000;
 
-const std::set<std::string> kValueOptions = {"--serial", "--noise", "--time-scale", "--eeprom", "--count", "--speed"};
-const std::set<std::string> kFlagOptions = {"--uv-cut", "--foreground", "--verbose"};
+const std::set<std::string> valueOptions = {"--serial", "--noise", "--time-scale", "--eeprom", "--count", "--speed"};
+const std::set<std::string> flagOptions = {"--uv-cut", "--foreground", "--verbose"};
 
-const std::map<std::string, std::pair<std::size_t, std::set<std::string>>> kCommands = {
+const std::map<std::string, std::pair<std::size_t, std::set<std::string>>> commands = {
     {"start", {0, {"--serial", "--uv-cut", "--noise", "--time-scale", "--foreground", "--eeprom", "--verbose"}}},
     {"stop", {0, {"--serial", "--verbose"}}},
     {"unplug", {0, {"--serial", "--verbose"}}},
@@ -61,12 +61,12 @@ Arguments Parse(const std::vector<std::string>& args)
     Arguments parsed;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
-        if (kValueOptions.count(arg)) {
+        if (valueOptions.count(arg)) {
             if (i + 1 >= args.size()) {
                 throw UsageError("option " + arg + " needs a value");
             }
             parsed.options[arg] = args[++i];
-        } else if (kFlagOptions.count(arg)) {
+        } else if (flagOptions.count(arg)) {
             parsed.options[arg] = "";
         } else if (arg.rfind("--", 0) == 0) {
             throw UsageError("unknown option " + arg);
@@ -76,8 +76,8 @@ Arguments Parse(const std::vector<std::string>& args)
             parsed.positional.push_back(arg);
         }
     }
-    const auto command = kCommands.find(parsed.command);
-    if (command == kCommands.end()) {
+    const auto command = commands.find(parsed.command);
+    if (command == commands.end()) {
         throw UsageError(parsed.command.empty() ? "no command given" : "unknown command '" + parsed.command + "'");
     }
     if (parsed.positional.size() != command->second.first) {
@@ -96,7 +96,7 @@ std::uint32_t ParseSerial(const Arguments& arguments)
 {
     const auto found = arguments.options.find("--serial");
     if (found == arguments.options.end()) {
-        return CommandLine::kDefaultSerial;
+        return CommandLine::defaultSerial;
     }
     const std::string& text = found->second;
     std::size_t used = 0;
@@ -243,7 +243,7 @@ int Command(const Arguments& arguments, std::ostream& out, std::ostream& err)
         return 1;
     }
     if (arguments.command == "stop") {
-        return Daemon::WaitForExit(std::stol(reply.text), kStopWaitMs) ? 0 : 1;
+        return Daemon::WaitForExit(std::stol(reply.text), stopWaitMs) ? 0 : 1;
     }
     if (!reply.text.empty()) {
         out << reply.text << "\n";
@@ -256,14 +256,14 @@ int Command(const Arguments& arguments, std::ostream& out, std::ostream& err)
 int CommandLine::Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err)
 {
     if (args.size() == 1 && (args[0] == "--help" || args[0] == "help")) {
-        out << kUsage;
+        out << usage;
         return 0;
     }
     try {
         const Arguments arguments = Parse(args);
         return arguments.command == "start" ? Start(arguments, out, err) : Command(arguments, out, err);
     } catch (const UsageError& error) {
-        err << "orbel-sim: " << error.what() << "\n" << kUsage;
+        err << "orbel-sim: " << error.what() << "\n" << usage;
         return 2;
     } catch (const std::exception& error) {
         err << "orbel-sim: " << error.what() << "\n";

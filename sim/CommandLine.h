@@ -16,7 +16,7 @@ namespace OrbelSim {
 
 class CommandLine {
 public:
-    static constexpr std::uint32_t kDefaultSerial = 1000001;
+    static constexpr std::uint32_t defaultSerial = 1000001;
 
     // args: the arguments behind the program name. Answers the exit code: 0 done, 1 failed, 2 misused.
     static int Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err);

@@ -19,7 +19,7 @@ void ExpectWords(const std::vector<std::string>& words, std::size_t count)
 } // namespace
 
 CommandProcessor::CommandProcessor(Instrument& instrument, long processId)
-    : instrument_(instrument), processId_(processId)
+    : instrument(instrument), processId(processId)
 {
 }
 
@@ -62,23 +62,23 @@ CommandReply CommandProcessor::Execute(const std::vector<std::string>& words)
             ExpectWords(words, 1);
         }
         if (command == "press") {
-            instrument_.Press();
+            instrument.Press();
         } else if (command == "unplug") {
-            instrument_.Unplug();
+            instrument.Unplug();
         } else if (command == "plug") {
-            instrument_.Plug();
+            instrument.Plug();
         } else if (command == "status") {
-            const std::string json = instrument_.StatusJson();
-            return {true, "{\"pid\":" + std::to_string(processId_) + "," + json.substr(1)};
+            const std::string json = instrument.StatusJson();
+            return {true, "{\"pid\":" + std::to_string(processId) + "," + json.substr(1)};
         } else if (command == "place") {
             ExpectWords(words, 2);
-            instrument_.Place(words[1]);
+            instrument.Place(words[1]);
         } else if (command == "strip") {
             ExpectWords(words, 3);
-            instrument_.SetStrip(words[1], ParseSpeed(words[2]));
+            instrument.SetStrip(words[1], ParseSpeed(words[2]));
         } else if (command == "fault") {
             ExpectWords(words, 3);
-            instrument_.Fault(words[1], ParseCount(words[2]));
+            instrument.Fault(words[1], ParseCount(words[2]));
         } else {
             throw std::invalid_argument("unknown command '" + command + "'");
         }

@@ -20,8 +20,8 @@ private:
     static unsigned ParseCount(const std::string& text);
     static double ParseSpeed(const std::string& text);
 
-    Instrument& instrument_;
-    long processId_;
+    Instrument& instrument;
+    long processId;
 };
 
 } // namespace OrbelSim

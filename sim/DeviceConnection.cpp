@@ -48,28 +48,28 @@ std::string Describe(const RequestHeader& header, const std::vector<std::uint8_t
 } // namespace
 
 DeviceConnection::DeviceConnection(Instrument& instrument, UnixSocket socket, std::uint32_t id)
-    : instrument_(instrument), socket_(std::move(socket)), id_(id)
+    : instrument(instrument), socket(std::move(socket)), id(id)
 {
-    SimLog::Write("connection " + std::to_string(id_) + " opened");
-    worker_ = std::thread([this] { WorkLoop(); });
-    reader_ = std::thread([this] { ReadLoop(); });
+    SimLog::Write("connection " + std::to_string(id) + " opened");
+    worker = std::thread([this] { WorkLoop(); });
+    reader = std::thread([this] { ReadLoop(); });
 }
 
 DeviceConnection::~DeviceConnection()
 {
     EndReading();
-    reader_.join();
+    reader.join();
 }
 
 void DeviceConnection::EndReading()
 {
-    socket_.ShutdownRead();
+    socket.ShutdownRead();
 }
 
 bool DeviceConnection::ReadRequest(Request& request)
 {
-    std::uint8_t header[WireFrame::kRequestHeaderSize];
-    if (!socket_.ReadExact(header, sizeof header)) {
+    std::uint8_t header[WireFrame::requestHeaderSize];
+    if (!socket.ReadExact(header, sizeof header)) {
         return false;
     }
     const auto decoded = WireFrame::DecodeRequestHeader(header);
@@ -79,7 +79,7 @@ bool DeviceConnection::ReadRequest(Request& request)
     }
     request.header = *decoded;
     request.body.resize(decoded->bodyLength);
-    return request.body.empty() || socket_.ReadExact(request.body.data(), request.body.size());
+    return request.body.empty() || socket.ReadExact(request.body.data(), request.body.size());
 }
 
 void DeviceConnection::ReadLoop()
@@ -108,8 +108,8 @@ void DeviceConnection::Dispatch(Request request)
         return CancelBulkReads(header);
     case TransferKind::Control: {
         const bool out = bodySize > 0 && request.body[0] == 0;
-        const std::size_t expected = WireFrame::kControlRequestSize + (out ? header.transferLength : 0);
-        if (bodySize < WireFrame::kControlRequestSize || bodySize != expected) {
+        const std::size_t expected = WireFrame::controlRequestSize + (out ? header.transferLength : 0);
+        if (bodySize < WireFrame::controlRequestSize || bodySize != expected) {
             return Stall(header, "control frame whose body doesn't match its length");
         }
         break;
@@ -127,12 +127,12 @@ void DeviceConnection::Dispatch(Request request)
     default:
         return Stall(header, "unknown transfer kind " + std::to_string(header.kind));
     }
-    std::lock_guard<std::mutex> lock(queueMutex_);
+    std::lock_guard<std::mutex> lock(queueMutex);
     if (static_cast<TransferKind>(header.kind) == TransferKind::BulkRead) {
-        unansweredBulkReads_.insert(header.requestId);
+        unansweredBulkReads.insert(header.requestId);
     }
-    queue_.push_back(std::move(request));
-    queued_.notify_one();
+    queue.push_back(std::move(request));
+    queued.notify_one();
 }
 
 void DeviceConnection::WorkLoop()
@@ -140,13 +140,13 @@ void DeviceConnection::WorkLoop()
     while (true) {
         Request request;
         {
-            std::unique_lock<std::mutex> lock(queueMutex_);
-            queued_.wait(lock, [this] { return closing_ || !queue_.empty(); });
-            if (queue_.empty()) {
+            std::unique_lock<std::mutex> lock(queueMutex);
+            queued.wait(lock, [this] { return closing || !queue.empty(); });
+            if (queue.empty()) {
                 return;
             }
-            request = std::move(queue_.front());
-            queue_.pop_front();
+            request = std::move(queue.front());
+            queue.pop_front();
         }
         ServeQueued(request);
     }
@@ -155,13 +155,13 @@ void DeviceConnection::WorkLoop()
 void DeviceConnection::ServeQueued(const Request& request)
 {
     if (SimLog::Verbose()) {
-        SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.header.requestId) +
+        SimLog::Write("connection " + std::to_string(id) + " request " + std::to_string(request.header.requestId) +
             ": " + Describe(request.header, request.body));
     }
     const TransferResult result = Serve(request);
     {
-        std::lock_guard<std::mutex> lock(queueMutex_);
-        unansweredBulkReads_.erase(request.header.requestId);
+        std::lock_guard<std::mutex> lock(queueMutex);
+        unansweredBulkReads.erase(request.header.requestId);
     }
     Answer(request.header, result);
 }
@@ -172,15 +172,15 @@ TransferResult DeviceConnection::Serve(const Request& request)
     switch (static_cast<TransferKind>(header.kind)) {
     case TransferKind::Control: {
         const std::vector<std::uint8_t> setup(
-            request.body.begin(), request.body.begin() + WireFrame::kControlRequestSize);
+            request.body.begin(), request.body.begin() + WireFrame::controlRequestSize);
         const std::vector<std::uint8_t> payload(
-            request.body.begin() + WireFrame::kControlRequestSize, request.body.end());
-        return instrument_.Control(id_, setup, payload, header.transferLength);
+            request.body.begin() + WireFrame::controlRequestSize, request.body.end());
+        return instrument.Control(id, setup, payload, header.transferLength);
     }
     case TransferKind::BulkRead:
-        return instrument_.BulkRead(id_, header.transferLength, header.timeoutMs, header.requestId);
+        return instrument.BulkRead(id, header.transferLength, header.timeoutMs, header.requestId);
     default:
-        return instrument_.BulkWrite(id_, request.body);
+        return instrument.BulkWrite(id, request.body);
     }
 }
 
@@ -188,20 +188,20 @@ void DeviceConnection::StartInterruptRead(std::uint32_t requestId)
 {
     const RequestHeader header{static_cast<std::uint8_t>(TransferKind::InterruptRead), requestId, 0, 0, 0};
     {
-        std::lock_guard<std::mutex> lock(queueMutex_);
-        if (interruptOutstanding_) {
+        std::lock_guard<std::mutex> lock(queueMutex);
+        if (interruptOutstanding) {
             return Stall(header, "an interrupt read is outstanding already");
         }
-        interruptOutstanding_ = requestId;
+        interruptOutstanding = requestId;
     }
-    if (interruptThread_.joinable()) {
-        interruptThread_.join();
+    if (interruptThread.joinable()) {
+        interruptThread.join();
     }
-    interruptThread_ = std::thread([this, header] {
-        const TransferResult result = instrument_.InterruptRead(id_, header.requestId);
+    interruptThread = std::thread([this, header] {
+        const TransferResult result = instrument.InterruptRead(id, header.requestId);
         {
-            std::lock_guard<std::mutex> lock(queueMutex_);
-            interruptOutstanding_.reset();
+            std::lock_guard<std::mutex> lock(queueMutex);
+            interruptOutstanding.reset();
         }
         Answer(header, result);
     });
@@ -211,9 +211,9 @@ void DeviceConnection::StartInterruptRead(std::uint32_t requestId)
 void DeviceConnection::CancelInterruptRead(const RequestHeader& header)
 {
     {
-        std::lock_guard<std::mutex> lock(queueMutex_);
-        if (interruptOutstanding_) {
-            instrument_.CancelInterrupt(id_, *interruptOutstanding_);
+        std::lock_guard<std::mutex> lock(queueMutex);
+        if (interruptOutstanding) {
+            instrument.CancelInterrupt(id, *interruptOutstanding);
         }
     }
     Answer(header, {});
@@ -223,9 +223,9 @@ void DeviceConnection::CancelInterruptRead(const RequestHeader& header)
 void DeviceConnection::CancelBulkReads(const RequestHeader& header)
 {
     {
-        std::lock_guard<std::mutex> lock(queueMutex_);
-        if (!unansweredBulkReads_.empty()) {
-            instrument_.CancelBulkReads(id_, {unansweredBulkReads_.begin(), unansweredBulkReads_.end()});
+        std::lock_guard<std::mutex> lock(queueMutex);
+        if (!unansweredBulkReads.empty()) {
+            instrument.CancelBulkReads(id, {unansweredBulkReads.begin(), unansweredBulkReads.end()});
         }
     }
     Answer(header, {});
@@ -239,37 +239,37 @@ void DeviceConnection::Stall(const RequestHeader& request, const std::string& no
 void DeviceConnection::Answer(const RequestHeader& request, const TransferResult& result)
 {
     if (SimLog::Verbose()) {
-        SimLog::Write("connection " + std::to_string(id_) + " request " + std::to_string(request.requestId) + ": " +
+        SimLog::Write("connection " + std::to_string(id) + " request " + std::to_string(request.requestId) + ": " +
             Describe(request, {}) + " -> " + StatusName(result.status) + " " + std::to_string(result.data.size()) +
             " bytes" + (result.note.empty() ? "" : " (" + result.note + ")"));
     }
     const std::vector<std::uint8_t> frame =
         WireFrame::EncodeAnswer({request.kind, result.status, request.requestId, 0}, result.data);
-    std::lock_guard<std::mutex> lock(writeMutex_);
-    socket_.WriteAll(frame.data(), frame.size());
+    std::lock_guard<std::mutex> lock(writeMutex);
+    socket.WriteAll(frame.data(), frame.size());
     if (result.status == TransferStatus::NoDevice) {
-        socket_.ShutdownBoth();
+        socket.ShutdownBoth();
     }
 }
 
 void DeviceConnection::Teardown()
 {
-    instrument_.Disconnect(id_);
+    instrument.Disconnect(id);
     {
-        std::lock_guard<std::mutex> lock(queueMutex_);
-        closing_ = true;
-        queued_.notify_all();
+        std::lock_guard<std::mutex> lock(queueMutex);
+        closing = true;
+        queued.notify_all();
     }
-    worker_.join();
-    if (interruptThread_.joinable()) {
-        interruptThread_.join();
+    worker.join();
+    if (interruptThread.joinable()) {
+        interruptThread.join();
     }
     {
-        std::lock_guard<std::mutex> lock(writeMutex_);
-        socket_.ShutdownBoth();
+        std::lock_guard<std::mutex> lock(writeMutex);
+        socket.ShutdownBoth();
     }
-    SimLog::Write("connection " + std::to_string(id_) + " closed");
-    finished_ = true;
+    SimLog::Write("connection " + std::to_string(id) + " closed");
+    finished = true;
 }
 
 } // namespace OrbelSim

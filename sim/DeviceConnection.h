@@ -27,7 +27,7 @@ public:
 
     // Ends the connection from the instrument's side; pending answers still go out.
     void EndReading();
-    bool Finished() const { return finished_; }
+    bool Finished() const { return finished; }
 
 private:
     struct Request {
@@ -48,23 +48,23 @@ private:
     void Stall(const RequestHeader& request, const std::string& note);
     void Teardown();
 
-    Instrument& instrument_;
-    UnixSocket socket_;
-    const std::uint32_t id_;
-    std::mutex writeMutex_;
-    std::mutex queueMutex_;
-    std::condition_variable queued_;
-    std::deque<Request> queue_;
-    bool closing_ = false;
-    // Bulk reads received and not yet answered, guarded by queueMutex_.
-    std::set<std::uint32_t> unansweredBulkReads_;
-    // The interrupt read under way, guarded by queueMutex_. Set by the reading thread before it reads
+    Instrument& instrument;
+    UnixSocket socket;
+    const std::uint32_t id;
+    std::mutex writeMutex;
+    std::mutex queueMutex;
+    std::condition_variable queued;
+    std::deque<Request> queue;
+    bool closing = false;
+    // Bulk reads received and not yet answered, guarded by queueMutex.
+    std::set<std::uint32_t> unansweredBulkReads;
+    // The interrupt read under way, guarded by queueMutex. Set by the reading thread before it reads
     // the next frame, so that a cancel right behind the read always finds it.
-    std::optional<std::uint32_t> interruptOutstanding_;
-    std::thread interruptThread_;
-    std::thread worker_;
-    std::thread reader_;
-    std::atomic<bool> finished_{false};
+    std::optional<std::uint32_t> interruptOutstanding;
+    std::thread interruptThread;
+    std::thread worker;
+    std::thread reader;
+    std::atomic<bool> finished{false};
 };
 
 } // namespace OrbelSim

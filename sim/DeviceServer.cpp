@@ -7,70 +7,70 @@
 namespace OrbelSim {
 
 DeviceServer::DeviceServer(Instrument& instrument, std::string socketPath)
-    : instrument_(instrument), socketPath_(std::move(socketPath))
+    : instrument(instrument), socketPath(std::move(socketPath))
 {
 }
 
 DeviceServer::~DeviceServer()
 {
     StopListening();
-    std::vector<std::unique_ptr<DeviceConnection>> connections;
+    std::vector<std::unique_ptr<DeviceConnection>> closing;
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        connections = std::move(connections_);
+        std::lock_guard<std::mutex> lock(mutex);
+        closing = std::move(connections);
     }
-    connections.clear();
+    closing.clear();
 }
 
 void DeviceServer::Listen()
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    if (listener_) {
+    std::lock_guard<std::mutex> lock(mutex);
+    if (listener) {
         return;
     }
-    listener_ = std::make_unique<UnixListener>(socketPath_);
-    acceptor_ = std::thread([this, listener = listener_.get()] { AcceptLoop(*listener); });
-    SimLog::Write("listening at " + socketPath_);
+    listener = std::make_unique<UnixListener>(socketPath);
+    acceptor = std::thread([this, accepting = listener.get()] { AcceptLoop(*accepting); });
+    SimLog::Write("listening at " + socketPath);
 }
 
 void DeviceServer::StopListening()
 {
-    std::unique_ptr<UnixListener> listener;
-    std::thread acceptor;
+    std::unique_ptr<UnixListener> stopping;
+    std::thread accepting;
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        listener = std::move(listener_);
-        acceptor = std::move(acceptor_);
-        for (const auto& connection : connections_) {
+        std::lock_guard<std::mutex> lock(mutex);
+        stopping = std::move(listener);
+        accepting = std::move(acceptor);
+        for (const auto& connection : connections) {
             connection->EndReading();
         }
     }
-    if (!listener) {
+    if (!stopping) {
         return;
     }
-    listener->Wake();
-    acceptor.join();
-    SimLog::Write("stopped listening at " + socketPath_);
+    stopping->Wake();
+    accepting.join();
+    SimLog::Write("stopped listening at " + socketPath);
 }
 
-void DeviceServer::AcceptLoop(UnixListener& listener)
+void DeviceServer::AcceptLoop(UnixListener& accepting)
 {
-    while (auto socket = listener.Accept()) {
-        const auto id = instrument_.Connect();
+    while (auto socket = accepting.Accept()) {
+        const auto id = instrument.Connect();
         if (!id) {
             continue;
         }
-        std::lock_guard<std::mutex> lock(mutex_);
+        std::lock_guard<std::mutex> lock(mutex);
         ReapFinished();
-        connections_.push_back(std::make_unique<DeviceConnection>(instrument_, std::move(*socket), *id));
+        connections.push_back(std::make_unique<DeviceConnection>(instrument, std::move(*socket), *id));
     }
 }
 
 void DeviceServer::ReapFinished()
 {
-    connections_.erase(std::remove_if(connections_.begin(), connections_.end(),
-                           [](const std::unique_ptr<DeviceConnection>& c) { return c->Finished(); }),
-        connections_.end());
+    connections.erase(std::remove_if(connections.begin(), connections.end(),
+                          [](const std::unique_ptr<DeviceConnection>& c) { return c->Finished(); }),
+        connections.end());
 }
 
 } // namespace OrbelSim

@@ -27,15 +27,15 @@ public:
     void StopListening();
 
 private:
-    void AcceptLoop(UnixListener& listener);
+    void AcceptLoop(UnixListener& accepting);
     void ReapFinished();
 
-    Instrument& instrument_;
-    std::string socketPath_;
-    std::mutex mutex_;
-    std::unique_ptr<UnixListener> listener_;
-    std::thread acceptor_;
-    std::vector<std::unique_ptr<DeviceConnection>> connections_;
+    Instrument& instrument;
+    std::string socketPath;
+    std::mutex mutex;
+    std::unique_ptr<UnixListener> listener;
+    std::thread acceptor;
+    std::vector<std::unique_ptr<DeviceConnection>> connections;
 };
 
 } // namespace OrbelSim

@@ -10,9 +10,9 @@
 
 namespace OrbelSim {
 
-Eeprom::Eeprom(std::vector<std::uint8_t> image) : image_(std::move(image))
+Eeprom::Eeprom(std::vector<std::uint8_t> image) : image(std::move(image))
 {
-    image_.resize(kSize, 0xFF);
+    this->image.resize(size, 0xFF);
 }
 
 std::optional<std::vector<std::uint8_t>> Eeprom::LoadFile(const std::string& path)
@@ -22,7 +22,7 @@ std::optional<std::vector<std::uint8_t>> Eeprom::LoadFile(const std::string& pat
         return std::nullopt;
     }
     std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (bytes.size() != kSize) {
+    if (bytes.size() != size) {
         throw std::runtime_error("EEPROM file " + path + " holds " + std::to_string(bytes.size()) + " bytes, not 8192");
     }
     return bytes;
@@ -30,55 +30,55 @@ std::optional<std::vector<std::uint8_t>> Eeprom::LoadFile(const std::string& pat
 
 void Eeprom::KeepInFile(const std::string& path)
 {
-    file_ = path;
+    file = path;
     Save();
 }
 
 void Eeprom::Save() const
 {
-    if (file_.empty()) {
+    if (file.empty()) {
         return;
     }
-    const std::string temporary = file_ + ".new";
+    const std::string temporary = file + ".new";
     {
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        out.write(reinterpret_cast<const char*>(image_.data()), static_cast<std::streamsize>(image_.size()));
+        out.write(reinterpret_cast<const char*>(image.data()), static_cast<std::streamsize>(image.size()));
         if (!out) {
             throw std::runtime_error("unable to write EEPROM file " + temporary);
         }
     }
-    std::rename(temporary.c_str(), file_.c_str());
+    std::rename(temporary.c_str(), file.c_str());
 }
 
-bool Eeprom::InRange(std::uint32_t address, std::uint32_t size)
+bool Eeprom::InRange(std::uint32_t address, std::uint32_t length)
 {
-    return address <= kSize && size <= kSize - address;
+    return address <= size && length <= size - address;
 }
 
-std::vector<std::uint8_t> Eeprom::Read(std::uint32_t address, std::uint32_t size) const
+std::vector<std::uint8_t> Eeprom::Read(std::uint32_t address, std::uint32_t length) const
 {
-    return {image_.begin() + address, image_.begin() + address + size};
+    return {image.begin() + address, image.begin() + address + length};
 }
 
 void Eeprom::Write(std::uint32_t address, const std::vector<std::uint8_t>& bytes)
 {
-    std::copy(bytes.begin(), bytes.end(), image_.begin() + address);
+    std::copy(bytes.begin(), bytes.end(), image.begin() + address);
     Save();
 }
 
 void Eeprom::Erase()
 {
-    std::fill(image_.begin(), image_.end(), 0xFF);
+    std::fill(image.begin(), image.end(), 0xFF);
     Save();
 }
 
 std::optional<std::pair<std::uint32_t, std::uint32_t>> Eeprom::FileRange(std::uint16_t id) const
 {
-    const std::uint8_t* list = image_.data() + kEntryListAddress;
+    const std::uint8_t* list = image.data() + entryListAddress;
     if (WireFrame::GetU16(list) != 1) {
         return std::nullopt;
     }
-    const std::uint32_t used = std::min<std::uint32_t>(WireFrame::GetU16(list + 2), kEntryListSize);
+    const std::uint32_t used = std::min<std::uint32_t>(WireFrame::GetU16(list + 2), entryListSize);
     for (std::uint32_t at = 4; at + 6 <= used; at += 6) {
         if (WireFrame::GetU16(list + at) != id) {
             continue;

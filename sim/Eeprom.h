@@ -12,9 +12,9 @@ namespace OrbelSim {
 
 class Eeprom {
 public:
-    static constexpr std::uint32_t kSize = 8192;
-    static constexpr std::uint32_t kEntryListAddress = 4096;
-    static constexpr std::uint32_t kEntryListSize = 512;
+    static constexpr std::uint32_t size = 8192;
+    static constexpr std::uint32_t entryListAddress = 4096;
+    static constexpr std::uint32_t entryListSize = 512;
 
     explicit Eeprom(std::vector<std::uint8_t> image);
 
@@ -24,8 +24,8 @@ public:
     // From now on every change is saved to the file; saves at once.
     void KeepInFile(const std::string& path);
 
-    static bool InRange(std::uint32_t address, std::uint32_t size);
-    std::vector<std::uint8_t> Read(std::uint32_t address, std::uint32_t size) const;
+    static bool InRange(std::uint32_t address, std::uint32_t length);
+    std::vector<std::uint8_t> Read(std::uint32_t address, std::uint32_t length) const;
     void Write(std::uint32_t address, const std::vector<std::uint8_t>& bytes);
     void Erase();
 
@@ -35,8 +35,8 @@ public:
 private:
     void Save() const;
 
-    std::vector<std::uint8_t> image_;
-    std::string file_;
+    std::vector<std::uint8_t> image;
+    std::string file;
 };
 
 } // namespace OrbelSim

@@ -44,7 +44,7 @@ std::uint32_t EepromBuilder::Checksum(const EepromFiles& log)
 {
     std::uint32_t sum = 0;
     for (const auto& [id, words] : log) {
-        if (id == kChecksumId) {
+        if (id == checksumId) {
             continue;
         }
         for (std::uint32_t word : words) {
@@ -57,13 +57,13 @@ std::uint32_t EepromBuilder::Checksum(const EepromFiles& log)
 std::vector<std::uint8_t> EepromBuilder::Build(const EepromFiles& log, const EepromFiles& calibration)
 {
     EepromFiles withChecksum = log;
-    withChecksum[kChecksumId] = {Checksum(log)};
-    std::vector<std::uint8_t> image(Eeprom::kSize, 0xFF);
+    withChecksum[checksumId] = {Checksum(log)};
+    std::vector<std::uint8_t> image(Eeprom::size, 0xFF);
     std::vector<Entry> entries;
-    PlaceRegion(image, entries, withChecksum, kLogAddress, 0, 1);
-    PlaceRegion(image, entries, withChecksum, kMirrorAddress, kMirrorOffset, 3);
-    PlaceRegion(image, entries, calibration, kCalibrationAddress, 0, 2);
-    if (entries.size() * 6 + 4 > Eeprom::kEntryListSize) {
+    PlaceRegion(image, entries, withChecksum, logAddress, 0, 1);
+    PlaceRegion(image, entries, withChecksum, mirrorAddress, mirrorOffset, 3);
+    PlaceRegion(image, entries, calibration, calibrationAddress, 0, 2);
+    if (entries.size() * 6 + 4 > Eeprom::entryListSize) {
         throw std::logic_error("too many EEPROM files for the entry list");
     }
     std::vector<std::uint8_t> list;
@@ -73,7 +73,7 @@ std::vector<std::uint8_t> EepromBuilder::Build(const EepromFiles& log, const Eep
         WireFrame::PutU16(list, entry.id);
         WireFrame::PutU32(list, entry.address);
     }
-    std::memcpy(image.data() + Eeprom::kEntryListAddress, list.data(), list.size());
+    std::memcpy(image.data() + Eeprom::entryListAddress, list.data(), list.size());
     return image;
 }
 

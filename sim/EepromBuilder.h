@@ -20,11 +20,11 @@ using EepromFiles = std::map<std::uint16_t, std::vector<std::uint32_t>>;
 
 class EepromBuilder {
 public:
-    static constexpr std::uint16_t kChecksumId = 10000;
-    static constexpr std::uint16_t kMirrorOffset = 1000;
-    static constexpr std::uint32_t kLogAddress = 0x0000;
-    static constexpr std::uint32_t kMirrorAddress = 0x0800;
-    static constexpr std::uint32_t kCalibrationAddress = 0x1200;
+    static constexpr std::uint16_t checksumId = 10000;
+    static constexpr std::uint16_t mirrorOffset = 1000;
+    static constexpr std::uint32_t logAddress = 0x0000;
+    static constexpr std::uint32_t mirrorAddress = 0x0800;
+    static constexpr std::uint32_t calibrationAddress = 0x1200;
 
     // log: the log files without the checksum, which is added here.
     static std::vector<std::uint8_t> Build(const EepromFiles& log, const EepromFiles& calibration);

@@ -45,23 +45,23 @@ EepromFiles FactoryCalibration::CalibrationFiles(const Optics& optics, std::uint
     files[1004] = Floats(optics.Matrix().coefficients);
     files[1100] = Floats(optics.TileRecord());
     files[1101] = Floats(optics.EmissionFactors());
-    files[1102] = Floats(std::vector<float>(Optics::kOutputs, pi));
-    files[1204] = {kTargetLevel};
-    files[1205] = {kDarkLimit};
-    files[1207] = {kSaturationLevel};
-    files[1208] = {kSaturationLevel};
+    files[1102] = Floats(std::vector<float>(Optics::outputs, pi));
+    files[1204] = {targetLevel};
+    files[1205] = {darkLimit};
+    files[1207] = {saturationLevel};
+    files[1208] = {saturationLevel};
     files[1211] = {serial};
     files[1212] = {20240315};
-    files[1213] = Float(static_cast<float>(Optics::kGainRatio));
-    files[1221] = Float(kShortestIntegrationTime);
-    files[1222] = Float(kLongestIntegrationTime);
+    files[1213] = Float(static_cast<float>(Optics::gainRatio));
+    files[1221] = Float(shortestIntegrationTime);
+    files[1222] = Float(longestIntegrationTime);
     files[3001] = {3};
     files[3002] = {0};
     files[3007] = {17};
     files[3008] = {23};
     files[3010] = {0};
     files[3011] = {2};
-    files[3012] = {optics.UvCut() ? kWhiteCheckUvCut : kWhiteCheckNoFilter};
+    files[3012] = {optics.UvCut() ? whiteCheckUvCut : whiteCheckNoFilter};
     files[3013] = {0};
     files[3014] = Float(1.0f);
     files[4000] = {0x00010000};
@@ -70,25 +70,25 @@ EepromFiles FactoryCalibration::CalibrationFiles(const Optics& optics, std::uint
 
 EepromFiles FactoryCalibration::LogFiles(const Optics& optics)
 {
-    constexpr std::uint32_t kFactoryMeasurements = 212;
-    const double time = Optics::kTileIntegrationTime;
+    constexpr std::uint32_t factoryMeasurements = 212;
+    const double time = Optics::tileIntegrationTime;
     Sensor sensor(optics, false, 0);
-    std::vector<double> tile(Optics::kPixels);
-    for (int p = 0; p < Optics::kPixels; ++p) {
+    std::vector<double> tile(Optics::pixels);
+    for (int p = 0; p < Optics::pixels; ++p) {
         tile[static_cast<std::size_t>(p)] = optics.LampRadiance()[p] * optics.TileReflectance()[p];
     }
     EepromFiles files;
     files[10001] = Float(static_cast<float>(time));
-    files[10002] = {kFactoryMeasurements};
+    files[10002] = {factoryMeasurements};
     files[10003] = {4};
-    files[10004] = Float(static_cast<float>(kFactoryMeasurements * (4 * time + 0.15028)));
+    files[10004] = Float(static_cast<float>(factoryMeasurements * (4 * time + 0.15028)));
     files[10005] = {57};
-    files[10010] = Words(sensor.Read(std::vector<double>(Optics::kPixels, 0.0), 1, time));
+    files[10010] = Words(sensor.Read(std::vector<double>(Optics::pixels, 0.0), 1, time));
     files[10011] = Words(sensor.Read(tile, 1, time));
     files[10012] = {1};
     files[10013] = Float(static_cast<float>(time));
     files[10020] = {1718000000};
-    files[10021] = {kFactoryMeasurements};
+    files[10021] = {factoryMeasurements};
     return files;
 }
 

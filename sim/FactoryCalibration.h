@@ -31,13 +31,13 @@ namespace OrbelSim {
 
 class FactoryCalibration {
 public:
-    static constexpr std::uint32_t kTargetLevel = 40000;
-    static constexpr std::uint32_t kDarkLimit = 2500;
-    static constexpr std::uint32_t kSaturationLevel = 60000;
-    static constexpr float kShortestIntegrationTime = 0.0068f;
-    static constexpr float kLongestIntegrationTime = 4.0f;
-    static constexpr std::uint32_t kWhiteCheckUvCut = 130;
-    static constexpr std::uint32_t kWhiteCheckNoFilter = 129;
+    static constexpr std::uint32_t targetLevel = 40000;
+    static constexpr std::uint32_t darkLimit = 2500;
+    static constexpr std::uint32_t saturationLevel = 60000;
+    static constexpr float shortestIntegrationTime = 0.0068f;
+    static constexpr float longestIntegrationTime = 4.0f;
+    static constexpr std::uint32_t whiteCheckUvCut = 130;
+    static constexpr std::uint32_t whiteCheckNoFilter = 129;
 
     static std::vector<std::uint8_t> Image(const Optics& optics, std::uint32_t serial);
     static EepromFiles CalibrationFiles(const Optics& optics, std::uint32_t serial);

@@ -26,19 +26,19 @@ void Faults::Arm(FaultKind kind, unsigned count)
 {
     switch (kind) {
     case FaultKind::ControlTimeout:
-        controlTimeouts_ = count;
+        controlTimeouts = count;
         break;
     case FaultKind::BulkTimeout:
-        bulkTimeouts_ = count;
+        bulkTimeouts = count;
         break;
     case FaultKind::ShortRead:
-        shortReads_ = count;
+        shortReads = count;
         break;
     case FaultKind::LowPower:
-        lowPower_ = count;
+        lowPower = count;
         break;
     case FaultKind::Drop:
-        dropCountdown_ = count;
+        dropCountdown = count;
         break;
     }
 }
@@ -48,16 +48,16 @@ bool Faults::Take(FaultKind kind)
     unsigned* armed = nullptr;
     switch (kind) {
     case FaultKind::ControlTimeout:
-        armed = &controlTimeouts_;
+        armed = &controlTimeouts;
         break;
     case FaultKind::BulkTimeout:
-        armed = &bulkTimeouts_;
+        armed = &bulkTimeouts;
         break;
     case FaultKind::ShortRead:
-        armed = &shortReads_;
+        armed = &shortReads;
         break;
     case FaultKind::LowPower:
-        armed = &lowPower_;
+        armed = &lowPower;
         break;
     case FaultKind::Drop:
         return false;
@@ -71,17 +71,17 @@ bool Faults::Take(FaultKind kind)
 
 bool Faults::CountTransferForDrop()
 {
-    if (dropCountdown_ == 0) {
+    if (dropCountdown == 0) {
         return false;
     }
-    return --dropCountdown_ == 0;
+    return --dropCountdown == 0;
 }
 
 std::string Faults::Json() const
 {
-    return "{\"control-timeout\":" + std::to_string(controlTimeouts_) +
-        ",\"bulk-timeout\":" + std::to_string(bulkTimeouts_) + ",\"short-read\":" + std::to_string(shortReads_) +
-        ",\"low-power\":" + std::to_string(lowPower_) + ",\"drop\":" + std::to_string(dropCountdown_) + "}";
+    return "{\"control-timeout\":" + std::to_string(controlTimeouts) +
+        ",\"bulk-timeout\":" + std::to_string(bulkTimeouts) + ",\"short-read\":" + std::to_string(shortReads) +
+        ",\"low-power\":" + std::to_string(lowPower) + ",\"drop\":" + std::to_string(dropCountdown) + "}";
 }
 
 } // namespace OrbelSim

@@ -26,11 +26,11 @@ public:
     std::string Json() const;
 
 private:
-    unsigned controlTimeouts_ = 0;
-    unsigned bulkTimeouts_ = 0;
-    unsigned shortReads_ = 0;
-    unsigned lowPower_ = 0;
-    unsigned dropCountdown_ = 0;
+    unsigned controlTimeouts = 0;
+    unsigned bulkTimeouts = 0;
+    unsigned shortReads = 0;
+    unsigned lowPower = 0;
+    unsigned dropCountdown = 0;
 };
 
 } // namespace OrbelSim

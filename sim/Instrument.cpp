@@ -12,22 +12,22 @@ namespace OrbelSim {
 
 namespace {
 
-constexpr std::uint8_t kMeasureRequest = 192;
-constexpr std::uint8_t kSetMeasureParameters = 193;
-constexpr std::uint8_t kGetMeasureParameters = 194;
-constexpr std::uint8_t kWriteEeprom = 195;
-constexpr std::uint8_t kReadEeprom = 196;
-constexpr std::uint8_t kWriteCpld = 199;
-constexpr std::uint8_t kReadCpld = 200;
-constexpr std::uint8_t kGetMisc = 201;
-constexpr std::uint8_t kReset = 202;
+constexpr std::uint8_t measureRequest = 192;
+constexpr std::uint8_t setMeasureParameters = 193;
+constexpr std::uint8_t getMeasureParameters = 194;
+constexpr std::uint8_t writeEeprom = 195;
+constexpr std::uint8_t readEeprom = 196;
+constexpr std::uint8_t writeCpld = 199;
+constexpr std::uint8_t readCpld = 200;
+constexpr std::uint8_t getMisc = 201;
+constexpr std::uint8_t reset = 202;
 
-constexpr float kIntegrationTick = 6.8e-5f;
-constexpr double kLampTickInIntegrationTicks = 130.0;
-constexpr std::size_t kBlockBytes = 256;
-constexpr std::size_t kMaxQueuedPresses = 16;
+constexpr float integrationTick = 6.8e-5f;
+constexpr double lampTickInIntegrationTicks = 130.0;
+constexpr std::size_t blockBytes = 256;
+constexpr std::size_t maxQueuedPresses = 16;
 // Keeps a wrong count from asking for more memory than a scan of minutes would.
-constexpr std::size_t kMaxMeasurements = 65536;
+constexpr std::size_t maxMeasurements = 65536;
 
 struct CommandShape {
     std::uint8_t code;
@@ -35,21 +35,21 @@ struct CommandShape {
     std::uint32_t length;
 };
 
-constexpr CommandShape kCommands[] = {
-    {kMeasureRequest, 0, 0},
-    {kSetMeasureParameters, 0, 8},
-    {kGetMeasureParameters, 1, 8},
-    {kWriteEeprom, 0, 8},
-    {kReadEeprom, 0, 8},
-    {kWriteCpld, 0, 6},
-    {kReadCpld, 1, 2},
-    {kGetMisc, 1, 8},
-    {kReset, 0, 1},
+constexpr CommandShape commands[] = {
+    {measureRequest, 0, 0},
+    {setMeasureParameters, 0, 8},
+    {getMeasureParameters, 1, 8},
+    {writeEeprom, 0, 8},
+    {readEeprom, 0, 8},
+    {writeCpld, 0, 6},
+    {readCpld, 1, 2},
+    {getMisc, 1, 8},
+    {reset, 0, 1},
 };
 
 const CommandShape* FindCommand(std::uint8_t code)
 {
-    for (const CommandShape& shape : kCommands) {
+    for (const CommandShape& shape : commands) {
         if (shape.code == code) {
             return &shape;
         }
@@ -77,62 +77,61 @@ std::string Quoted(const std::string& text)
 } // namespace
 
 Instrument::Instrument(const InstrumentOptions& options)
-    : serial_(options.serial), clock_(options.timeScale), noise_(options.noise), eeprom_({}),
-      engine_(options.uvCut, options.noise, options.serial)
+    : serial(options.serial), clock(options.timeScale), noise(options.noise), eeprom({}),
+      engine(options.uvCut, options.noise, options.serial)
 {
-    eeprom_ =
-        Eeprom(options.eepromImage ? *options.eepromImage : FactoryCalibration::Image(engine_.GetOptics(), serial_));
+    eeprom = Eeprom(options.eepromImage ? *options.eepromImage : FactoryCalibration::Image(engine.GetOptics(), serial));
     if (!options.eepromFile.empty()) {
-        eeprom_.KeepInFile(options.eepromFile);
+        eeprom.KeepInFile(options.eepromFile);
     }
-    target_ = TargetCatalog::Parse("tile", engine_.GetOptics().TileRecord());
+    target = TargetCatalog::Parse("tile", engine.GetOptics().TileRecord());
 }
 
 void Instrument::SetCableListener(CableListener listener)
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    cableListener_ = std::move(listener);
+    std::lock_guard<std::mutex> lock(mutex);
+    cableListener = std::move(listener);
 }
 
 // Tells the listener the cable's state as it is now, not as it was when it changed: a drop
 // reported late, behind a plug that followed it, must not take the socket away again.
 void Instrument::NotifyCable()
 {
-    std::lock_guard<std::mutex> notifying(cableMutex_);
+    std::lock_guard<std::mutex> notifying(cableMutex);
     CableListener listener;
-    bool plugged = false;
+    bool pluggedNow = false;
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        listener = cableListener_;
-        plugged = plugged_;
+        std::lock_guard<std::mutex> lock(mutex);
+        listener = cableListener;
+        pluggedNow = plugged;
     }
     if (listener) {
-        listener(plugged);
+        listener(pluggedNow);
     }
 }
 
 std::optional<std::uint32_t> Instrument::Connect()
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    if (!plugged_) {
+    std::lock_guard<std::mutex> lock(mutex);
+    if (!plugged) {
         return std::nullopt;
     }
-    const std::uint32_t id = nextConnection_++;
-    connections_[id] = Connection{};
+    const std::uint32_t id = nextConnection++;
+    connections[id] = Connection{};
     return id;
 }
 
 void Instrument::Disconnect(std::uint32_t connection)
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    connections_.erase(connection);
-    changed_.notify_all();
+    std::lock_guard<std::mutex> lock(mutex);
+    connections.erase(connection);
+    changed.notify_all();
 }
 
 Instrument::Connection* Instrument::Live(std::uint32_t connection)
 {
-    const auto found = connections_.find(connection);
-    if (found == connections_.end() || found->second.gone || !plugged_) {
+    const auto found = connections.find(connection);
+    if (found == connections.end() || found->second.gone || !plugged) {
         return nullptr;
     }
     return &found->second;
@@ -141,23 +140,23 @@ Instrument::Connection* Instrument::Live(std::uint32_t connection)
 TransferResult Instrument::Refuse(TransferStatus status, const std::string& note)
 {
     if (status == TransferStatus::Stall) {
-        ++counters_.stalls;
+        ++counters.stalls;
     }
     if (status == TransferStatus::Timeout) {
-        ++counters_.timeouts;
+        ++counters.timeouts;
     }
     return {status, {}, note};
 }
 
 void Instrument::DropCableLocked()
 {
-    plugged_ = false;
-    for (auto& [id, connection] : connections_) {
+    plugged = false;
+    for (auto& [id, connection] : connections) {
         connection.gone = true;
         connection.pending.reset();
     }
-    lampOn_ = false;
-    changed_.notify_all();
+    lampOn = false;
+    changed.notify_all();
 }
 
 std::optional<TransferResult> Instrument::Prelude(std::uint32_t connection, bool& dropped)
@@ -165,7 +164,7 @@ std::optional<TransferResult> Instrument::Prelude(std::uint32_t connection, bool
     if (!Live(connection)) {
         return TransferResult{TransferStatus::NoDevice, {}, "the instrument is unplugged"};
     }
-    if (faults_.CountTransferForDrop()) {
+    if (faults.CountTransferForDrop()) {
         DropCableLocked();
         dropped = true;
         return TransferResult{TransferStatus::NoDevice, {}, "fault drop: the cable went during the transfer"};
@@ -179,11 +178,11 @@ TransferResult Instrument::Control(std::uint32_t connection, const std::vector<s
     bool dropped = false;
     TransferResult result;
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        ++counters_.control;
+        std::lock_guard<std::mutex> lock(mutex);
+        ++counters.control;
         if (auto failed = Prelude(connection, dropped)) {
             result = *failed;
-        } else if (faults_.Take(FaultKind::ControlTimeout)) {
+        } else if (faults.Take(FaultKind::ControlTimeout)) {
             result = Refuse(TransferStatus::Timeout, "fault control-timeout");
         } else {
             result = ControlLocked(*Live(connection), setup, payload, length);
@@ -198,7 +197,7 @@ TransferResult Instrument::Control(std::uint32_t connection, const std::vector<s
 TransferResult Instrument::ControlLocked(Connection& connection, const std::vector<std::uint8_t>& setup,
     const std::vector<std::uint8_t>& payload, std::uint32_t length)
 {
-    if (setup.size() != WireFrame::kControlRequestSize) {
+    if (setup.size() != WireFrame::controlRequestSize) {
         return Refuse(TransferStatus::Stall, "control request of " + std::to_string(setup.size()) + " bytes, not 10");
     }
     const std::uint8_t direction = setup[0];
@@ -228,37 +227,37 @@ TransferResult Instrument::ControlLocked(Connection& connection, const std::vect
 TransferResult Instrument::Execute(Connection& connection, std::uint8_t code, const std::vector<std::uint8_t>& payload)
 {
     switch (code) {
-    case kMeasureRequest:
+    case measureRequest:
         return StartMeasurement(connection);
-    case kSetMeasureParameters:
-        parameters_.integrationTicks = WireFrame::GetU16(payload.data());
-        parameters_.lampTicks = WireFrame::GetU16(payload.data() + 2);
-        parameters_.count = WireFrame::GetU16(payload.data() + 4);
-        parameters_.flags = payload[6];
+    case setMeasureParameters:
+        parameters.integrationTicks = WireFrame::GetU16(payload.data());
+        parameters.lampTicks = WireFrame::GetU16(payload.data() + 2);
+        parameters.count = WireFrame::GetU16(payload.data() + 4);
+        parameters.flags = payload[6];
         return {};
-    case kGetMeasureParameters:
+    case getMeasureParameters:
         return {TransferStatus::Ok, ParameterAnswer(), ""};
-    case kWriteEeprom:
+    case writeEeprom:
         return StartEepromWrite(connection, payload);
-    case kReadEeprom:
+    case readEeprom:
         return StartEepromRead(connection, payload);
-    case kWriteCpld:
-        lastCpldRegister_ = WireFrame::GetU16(payload.data());
-        cpld_[lastCpldRegister_] = {WireFrame::GetU16(payload.data() + 2), WireFrame::GetU16(payload.data() + 4)};
+    case writeCpld:
+        lastCpldRegister = WireFrame::GetU16(payload.data());
+        cpld[lastCpldRegister] = {WireFrame::GetU16(payload.data() + 2), WireFrame::GetU16(payload.data() + 4)};
         return {};
-    case kReadCpld: {
+    case readCpld: {
         std::vector<std::uint8_t> answer;
-        WireFrame::PutU16(answer, cpld_[lastCpldRegister_].first);
+        WireFrame::PutU16(answer, cpld[lastCpldRegister].first);
         return {TransferStatus::Ok, answer, ""};
     }
-    case kGetMisc:
+    case getMisc:
         return {TransferStatus::Ok, MiscAnswer(), ""};
     default:
-        lastReset_ = payload[0];
-        ++counters_.resets;
+        lastReset = payload[0];
+        ++counters.resets;
         connection.pending.reset();
         connection.writeRemaining = 0;
-        lampOn_ = false;
+        lampOn = false;
         return {};
     }
 }
@@ -266,10 +265,10 @@ TransferResult Instrument::Execute(Connection& connection, std::uint8_t code, co
 std::vector<std::uint8_t> Instrument::ParameterAnswer() const
 {
     std::vector<std::uint8_t> answer;
-    WireFrame::PutU16(answer, parameters_.integrationTicks);
-    WireFrame::PutU16(answer, parameters_.lampTicks);
-    WireFrame::PutU16(answer, parameters_.count);
-    answer.push_back(parameters_.flags);
+    WireFrame::PutU16(answer, parameters.integrationTicks);
+    WireFrame::PutU16(answer, parameters.lampTicks);
+    WireFrame::PutU16(answer, parameters.count);
+    answer.push_back(parameters.flags);
     answer.push_back(0);
     return answer;
 }
@@ -279,9 +278,9 @@ std::vector<std::uint8_t> Instrument::MiscAnswer()
     std::vector<std::uint8_t> answer;
     WireFrame::PutU16(answer, 0x0102);
     WireFrame::PutU16(answer, 0x0001);
-    WireFrame::PutU16(answer, kWrapThreshold);
+    WireFrame::PutU16(answer, wrapThreshold);
     answer.push_back(1);
-    answer.push_back(faults_.Take(FaultKind::LowPower) ? kLowPowerStatus : 0);
+    answer.push_back(faults.Take(FaultKind::LowPower) ? lowPowerStatus : 0);
     return answer;
 }
 
@@ -294,8 +293,8 @@ TransferResult Instrument::StartEepromRead(Connection& connection, const std::ve
             "EEPROM read of " + std::to_string(size) + " bytes at " + std::to_string(address) + " goes past the end");
     }
     PendingData data;
-    data.bytes = eeprom_.Read(address, size);
-    data.readiness.emplace_back(data.bytes.size(), clock_.Now());
+    data.bytes = eeprom.Read(address, size);
+    data.readiness.emplace_back(data.bytes.size(), clock.Now());
     connection.pending = std::move(data);
     return {};
 }
@@ -315,63 +314,63 @@ TransferResult Instrument::StartEepromWrite(Connection& connection, const std::v
 
 TransferResult Instrument::StartMeasurement(Connection& connection)
 {
-    const MeasureParameters p = parameters_;
+    const MeasureParameters p = parameters;
     if (p.count == 0) {
         return Refuse(TransferStatus::Stall, "measurement request with a count of 0");
     }
-    const double integrationTime = static_cast<float>(p.integrationTicks * kIntegrationTick);
-    const double lampTime = p.lampTicks * kLampTickInIntegrationTicks * kIntegrationTick;
+    const double integrationTime = static_cast<float>(p.integrationTicks * integrationTick);
+    const double lampTime = p.lampTicks * lampTickInIntegrationTicks * integrationTick;
     const int gain = (p.flags & 0x04) ? 1 : 0;
-    const bool lampOn = (p.flags & 0x02) == 0;
+    const bool lampLit = (p.flags & 0x02) == 0;
     const bool scan = (p.flags & 0x01) != 0;
-    connection.pending = scan ? Scan(gain, integrationTime, lampTime, lampOn)
-                              : SingleMeasurement(gain, integrationTime, lampTime, lampOn);
+    connection.pending = scan ? Scan(gain, integrationTime, lampTime, lampLit)
+                              : SingleMeasurement(gain, integrationTime, lampTime, lampLit);
     if (connection.pending->bytes.empty()) {
         connection.pending.reset();
         return Refuse(TransferStatus::Stall, "measurement request for more than 65536 measurements");
     }
-    lampOn_ = lampOn && (p.flags & 0x08) != 0;
+    lampOn = lampLit && (p.flags & 0x08) != 0;
     return {};
 }
 
-Instrument::PendingData Instrument::SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampOn)
+Instrument::PendingData Instrument::SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampLit)
 {
     PendingData data;
-    const std::size_t count = parameters_.count;
-    const Scene scene = engine_.SceneOf(target_);
+    const std::size_t count = parameters.count;
+    const Scene scene = engine.SceneOf(target);
     for (std::size_t i = 0; i < count; ++i) {
-        Sensor::AppendBlock(data.bytes, engine_.Read(scene, lampOn, gain, integrationTime));
+        Sensor::AppendBlock(data.bytes, engine.Read(scene, lampLit, gain, integrationTime));
     }
-    data.readiness.emplace_back(data.bytes.size(), clock_.After(clock_.Now(), lampTime + count * integrationTime));
-    ++(lampOn ? counters_.measurements : counters_.darkMeasurements);
+    data.readiness.emplace_back(data.bytes.size(), clock.After(clock.Now(), lampTime + count * integrationTime));
+    ++(lampLit ? counters.measurements : counters.darkMeasurements);
     return data;
 }
 
-Instrument::PendingData Instrument::Scan(int gain, double integrationTime, double lampTime, bool lampOn)
+Instrument::PendingData Instrument::Scan(int gain, double integrationTime, double lampTime, bool lampLit)
 {
     PendingData data;
     data.scan = true;
-    const Strip strip = strip_ ? *strip_ : Strip::Uniform(target_);
+    const Strip drawn = strip ? *strip : Strip::Uniform(target);
     std::vector<Scene> scenes;
-    for (const Patch& patch : strip.Patches()) {
-        scenes.push_back(engine_.SceneOf(patch.target));
+    for (const Patch& patch : drawn.Patches()) {
+        scenes.push_back(engine.SceneOf(patch.target));
     }
-    const double step = speed_ * integrationTime;
-    const std::size_t count = parameters_.count;
-    const std::size_t along = step > 0.0 ? static_cast<std::size_t>(std::floor(strip.Travel() / step)) + 1 : 1;
+    const double step = speed * integrationTime;
+    const std::size_t count = parameters.count;
+    const std::size_t along = step > 0.0 ? static_cast<std::size_t>(std::floor(drawn.Travel() / step)) + 1 : 1;
     const std::size_t measurements = (along + count - 1) / count * count;
-    if (measurements > kMaxMeasurements) {
+    if (measurements > maxMeasurements) {
         return data;
     }
-    const auto start = clock_.Now();
+    const auto start = clock.Now();
     for (std::size_t i = 0; i < measurements; ++i) {
-        const double travelled = std::min(static_cast<double>(i) * step, strip.Travel());
+        const double travelled = std::min(static_cast<double>(i) * step, drawn.Travel());
         const double smear = i + 1 < along ? step : 0.0;
-        const Scene scene = MeasurementEngine::Mix(scenes, strip.Shares(travelled, smear));
-        Sensor::AppendBlock(data.bytes, engine_.Read(scene, lampOn, gain, integrationTime));
-        data.readiness.emplace_back(data.bytes.size(), clock_.After(start, lampTime + (i + 1) * integrationTime));
+        const Scene scene = MeasurementEngine::Mix(scenes, drawn.Shares(travelled, smear));
+        Sensor::AppendBlock(data.bytes, engine.Read(scene, lampLit, gain, integrationTime));
+        data.readiness.emplace_back(data.bytes.size(), clock.After(start, lampTime + (i + 1) * integrationTime));
     }
-    ++counters_.scans;
+    ++counters.scans;
     return data;
 }
 
@@ -381,14 +380,14 @@ TransferResult Instrument::BulkRead(
     bool dropped = false;
     TransferResult result;
     {
-        Lock lock(mutex_);
-        ++counters_.bulkIn;
+        Lock lock(mutex);
+        ++counters.bulkIn;
         Connection* live = Live(connection);
         if (live && TakeBulkCancel(*live, requestId)) {
             result = {TransferStatus::Cancelled, {}, "cancelled before it was served"};
         } else if (auto failed = Prelude(connection, dropped)) {
             result = *failed;
-        } else if (faults_.Take(FaultKind::BulkTimeout)) {
+        } else if (faults.Take(FaultKind::BulkTimeout)) {
             result = Refuse(TransferStatus::Timeout, "fault bulk-timeout");
         } else {
             result = BulkReadLocked(lock, connection, length, timeoutMs, requestId);
@@ -404,7 +403,7 @@ TransferResult Instrument::BulkReadLocked(
     Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs, std::uint32_t requestId)
 {
     const auto deadline =
-        timeoutMs == 0 ? SimClock::Clock::time_point::max() : clock_.Now() + std::chrono::milliseconds(timeoutMs);
+        timeoutMs == 0 ? SimClock::Clock::time_point::max() : clock.Now() + std::chrono::milliseconds(timeoutMs);
     while (true) {
         Connection* live = Live(connection);
         if (!live) {
@@ -417,22 +416,22 @@ TransferResult Instrument::BulkReadLocked(
         if (live->pending) {
             const PendingData& data = *live->pending;
             const std::size_t want = std::min<std::size_t>(length, data.bytes.size() - data.delivered);
-            auto readyAt = clock_.Now();
+            auto readyAt = clock.Now();
             for (const auto& [end, at] : data.readiness) {
                 if (want == 0 || end >= data.delivered + want) {
                     readyAt = at;
                     break;
                 }
             }
-            if (want == 0 || readyAt <= clock_.Now()) {
+            if (want == 0 || readyAt <= clock.Now()) {
                 return Deliver(*live, length);
             }
             wakeAt = std::min(deadline, readyAt);
         }
-        if (clock_.Now() >= deadline) {
+        if (clock.Now() >= deadline) {
             return Refuse(TransferStatus::Timeout, "no data within " + std::to_string(timeoutMs) + " ms");
         }
-        changed_.wait_until(lock, wakeAt);
+        changed.wait_until(lock, wakeAt);
     }
 }
 
@@ -443,21 +442,21 @@ bool Instrument::TakeBulkCancel(Connection& connection, std::uint32_t requestId)
 
 void Instrument::CancelBulkReads(std::uint32_t connection, const std::vector<std::uint32_t>& requestIds)
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    const auto found = connections_.find(connection);
-    if (found == connections_.end()) {
+    std::lock_guard<std::mutex> lock(mutex);
+    const auto found = connections.find(connection);
+    if (found == connections.end()) {
         return;
     }
     found->second.cancelledBulkReads.insert(requestIds.begin(), requestIds.end());
-    counters_.bulkInCancelled += requestIds.size();
-    changed_.notify_all();
+    counters.bulkInCancelled += requestIds.size();
+    changed.notify_all();
 }
 
 TransferResult Instrument::Deliver(Connection& connection, std::uint32_t length)
 {
     PendingData& data = *connection.pending;
     std::size_t want = std::min<std::size_t>(length, data.bytes.size() - data.delivered);
-    const bool cut = want > 0 && faults_.Take(FaultKind::ShortRead);
+    const bool cut = want > 0 && faults.Take(FaultKind::ShortRead);
     if (cut) {
         want /= 2;
     }
@@ -481,11 +480,11 @@ TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector
     bool dropped = false;
     TransferResult result;
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        ++counters_.bulkOut;
+        std::lock_guard<std::mutex> lock(mutex);
+        ++counters.bulkOut;
         if (auto failed = Prelude(connection, dropped)) {
             result = *failed;
-        } else if (faults_.Take(FaultKind::BulkTimeout)) {
+        } else if (faults.Take(FaultKind::BulkTimeout)) {
             result = Refuse(TransferStatus::Timeout, "fault bulk-timeout");
         } else {
             Connection& live = *Live(connection);
@@ -499,13 +498,13 @@ TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector
                     "bulk-out of " + std::to_string(data.size()) + " bytes, more than announced");
             } else {
                 try {
-                    eeprom_.Write(live.writeAddress, data);
+                    eeprom.Write(live.writeAddress, data);
                 } catch (const std::exception& error) {
                     SimLog::Write(error.what());
                 }
                 live.writeAddress += static_cast<std::uint32_t>(data.size());
                 live.writeRemaining -= static_cast<std::uint32_t>(data.size());
-                counters_.eepromBytesWritten += data.size();
+                counters.eepromBytesWritten += data.size();
             }
         }
     }
@@ -517,7 +516,7 @@ TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector
 
 TransferResult Instrument::InterruptRead(std::uint32_t connection, std::uint32_t requestId)
 {
-    Lock lock(mutex_);
+    Lock lock(mutex);
     Connection* live = Live(connection);
     if (!live) {
         return {TransferStatus::NoDevice, {}, "the instrument is unplugged"};
@@ -526,7 +525,7 @@ TransferResult Instrument::InterruptRead(std::uint32_t connection, std::uint32_t
         return Refuse(TransferStatus::Stall, "an interrupt read is outstanding already");
     }
     live->interruptWaiting = true;
-    changed_.wait(lock, [&] {
+    changed.wait(lock, [&] {
         live = Live(connection);
         return !live || !live->interrupts.empty() || live->cancelledInterrupt == requestId;
     });
@@ -540,8 +539,8 @@ TransferResult Instrument::InterruptRead(std::uint32_t connection, std::uint32_t
     }
     TransferResult result{TransferStatus::Ok, live->interrupts.front(), ""};
     live->interrupts.pop_front();
-    keyLatch_ = false;
-    ++counters_.interrupts;
+    eyLatch_ = false;
+    ++counters.interrupts;
     return result;
 }
 
@@ -549,37 +548,37 @@ TransferResult Instrument::InterruptRead(std::uint32_t connection, std::uint32_t
 // while one that comes after the read has ended can't end the next.
 void Instrument::CancelInterrupt(std::uint32_t connection, std::uint32_t requestId)
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    const auto found = connections_.find(connection);
-    if (found != connections_.end()) {
+    std::lock_guard<std::mutex> lock(mutex);
+    const auto found = connections.find(connection);
+    if (found != connections.end()) {
         found->second.cancelledInterrupt = requestId;
-        changed_.notify_all();
+        changed.notify_all();
     }
 }
 
 void Instrument::Press()
 {
-    std::lock_guard<std::mutex> lock(mutex_);
-    if (!plugged_) {
+    std::lock_guard<std::mutex> lock(mutex);
+    if (!plugged) {
         throw std::invalid_argument("the instrument is unplugged; plug it first");
     }
-    ++counters_.presses;
-    keyLatch_ = true;
-    const std::vector<std::uint8_t> packet = {1, 1, static_cast<std::uint8_t>(counters_.presses >> 8),
-        static_cast<std::uint8_t>(counters_.presses), 0, 0, 0, 0};
-    for (auto& [id, connection] : connections_) {
-        if (!connection.gone && connection.interrupts.size() < kMaxQueuedPresses) {
+    ++counters.presses;
+    eyLatch_ = true;
+    const std::vector<std::uint8_t> packet = {1, 1, static_cast<std::uint8_t>(counters.presses >> 8),
+        static_cast<std::uint8_t>(counters.presses), 0, 0, 0, 0};
+    for (auto& [id, connection] : connections) {
+        if (!connection.gone && connection.interrupts.size() < maxQueuedPresses) {
             connection.interrupts.push_back(packet);
         }
     }
-    changed_.notify_all();
+    changed.notify_all();
 }
 
 void Instrument::Place(const std::string& spec)
 {
-    Target target = TargetCatalog::Parse(spec, engine_.GetOptics().TileRecord());
-    std::lock_guard<std::mutex> lock(mutex_);
-    target_ = std::move(target);
+    Target parsed = TargetCatalog::Parse(spec, engine.GetOptics().TileRecord());
+    std::lock_guard<std::mutex> lock(mutex);
+    target = std::move(parsed);
 }
 
 void Instrument::SetStrip(const std::string& spec, double speedMmPerSecond)
@@ -587,21 +586,21 @@ void Instrument::SetStrip(const std::string& spec, double speedMmPerSecond)
     if (!(speedMmPerSecond > 0.0) || speedMmPerSecond > 10000.0) {
         throw std::invalid_argument("the speed must lie above 0 and at most 10000 mm/s");
     }
-    Strip strip = Strip::Parse(spec);
-    std::lock_guard<std::mutex> lock(mutex_);
-    strip_ = std::move(strip);
-    speed_ = speedMmPerSecond;
+    Strip parsed = Strip::Parse(spec);
+    std::lock_guard<std::mutex> lock(mutex);
+    strip = std::move(parsed);
+    speed = speedMmPerSecond;
 }
 
 void Instrument::BreakLogFile(std::uint16_t id)
 {
-    const auto range = eeprom_.FileRange(id);
+    const auto range = eeprom.FileRange(id);
     if (!range || range->second < 4) {
         throw std::invalid_argument("the EEPROM holds no log file " + std::to_string(id) + " to break");
     }
-    std::vector<std::uint8_t> word = eeprom_.Read(range->first, 4);
+    std::vector<std::uint8_t> word = eeprom.Read(range->first, 4);
     word[3] = static_cast<std::uint8_t>(word[3] + 1);
-    eeprom_.Write(range->first, word);
+    eeprom.Write(range->first, word);
 }
 
 void Instrument::Fault(const std::string& kind, unsigned count)
@@ -609,15 +608,15 @@ void Instrument::Fault(const std::string& kind, unsigned count)
     if (count == 0) {
         throw std::invalid_argument("the count of a fault must be at least 1");
     }
-    std::lock_guard<std::mutex> lock(mutex_);
+    std::lock_guard<std::mutex> lock(mutex);
     if (kind == "erase-eeprom") {
-        eeprom_.Erase();
+        eeprom.Erase();
     } else if (kind == "break-log-main") {
         BreakLogFile(10002);
     } else if (kind == "break-log-mirror") {
         BreakLogFile(11002);
     } else if (const auto transferFault = Faults::Parse(kind)) {
-        faults_.Arm(*transferFault, count);
+        faults.Arm(*transferFault, count);
     } else {
         throw std::invalid_argument("unknown fault '" + kind +
             "'; expected control-timeout, bulk-timeout, short-read, low-power, drop, "
@@ -628,8 +627,8 @@ void Instrument::Fault(const std::string& kind, unsigned count)
 void Instrument::Unplug()
 {
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        if (!plugged_) {
+        std::lock_guard<std::mutex> lock(mutex);
+        if (!plugged) {
             throw std::invalid_argument("the instrument is unplugged already");
         }
         DropCableLocked();
@@ -640,43 +639,42 @@ void Instrument::Unplug()
 void Instrument::Plug()
 {
     {
-        std::lock_guard<std::mutex> lock(mutex_);
-        if (plugged_) {
+        std::lock_guard<std::mutex> lock(mutex);
+        if (plugged) {
             throw std::invalid_argument("the instrument is plugged in already");
         }
-        plugged_ = true;
-        parameters_ = MeasureParameters{};
-        cpld_.clear();
-        keyLatch_ = false;
+        plugged = true;
+        parameters = MeasureParameters{};
+        cpld.clear();
+        eyLatch_ = false;
     }
     NotifyCable();
 }
 
 std::string Instrument::StatusJson() const
 {
-    std::lock_guard<std::mutex> lock(mutex_);
+    std::lock_guard<std::mutex> lock(mutex);
     std::size_t live = 0;
-    for (const auto& [id, connection] : connections_) {
+    for (const auto& [id, connection] : connections) {
         live += connection.gone ? 0 : 1;
     }
     std::ostringstream json;
-    json << "{\"serial\":" << serial_ << ",\"path\":\"sim:" << serial_ << "\",\"plugged\":" << Bool(plugged_)
-         << ",\"target\":" << Quoted(target_.description)
-         << ",\"strip\":" << (strip_ ? Quoted(strip_->Description()) : std::string("null")) << ",\"speed\":" << speed_
-         << ",\"key_latch\":" << Bool(keyLatch_) << ",\"filter\":\""
-         << (engine_.GetOptics().UvCut() ? "uv-cut" : "none") << "\",\"noise\":" << Bool(noise_)
-         << ",\"time_scale\":" << clock_.Scale() << ",\"lamp_on\":" << Bool(lampOn_) << ",\"connections\":" << live
-         << ",\"last_reset\":" << lastReset_
-         << ",\"parameters\":{\"integration_ticks\":" << parameters_.integrationTicks
-         << ",\"lamp_ticks\":" << parameters_.lampTicks << ",\"count\":" << parameters_.count
-         << ",\"flags\":" << static_cast<int>(parameters_.flags) << "},\"counters\":{\"control\":" << counters_.control
-         << ",\"bulk_in\":" << counters_.bulkIn << ",\"bulk_in_cancelled\":" << counters_.bulkInCancelled
-         << ",\"bulk_out\":" << counters_.bulkOut << ",\"interrupts\":" << counters_.interrupts
-         << ",\"stalls\":" << counters_.stalls << ",\"timeouts\":" << counters_.timeouts
-         << ",\"measurements\":" << counters_.measurements << ",\"dark_measurements\":" << counters_.darkMeasurements
-         << ",\"scans\":" << counters_.scans << ",\"presses\":" << counters_.presses
-         << ",\"eeprom_bytes_written\":" << counters_.eepromBytesWritten << ",\"resets\":" << counters_.resets
-         << "},\"faults\":" << faults_.Json() << "}";
+    json << "{\"serial\":" << serial << ",\"path\":\"sim:" << serial << "\",\"plugged\":" << Bool(plugged)
+         << ",\"target\":" << Quoted(target.description)
+         << ",\"strip\":" << (strip ? Quoted(strip->Description()) : std::string("null")) << ",\"speed\":" << speed
+         << ",\"key_latch\":" << Bool(eyLatch_) << ",\"filter\":\"" << (engine.GetOptics().UvCut() ? "uv-cut" : "none")
+         << "\",\"noise\":" << Bool(noise) << ",\"time_scale\":" << clock.Scale() << ",\"lamp_on\":" << Bool(lampOn)
+         << ",\"connections\":" << live << ",\"last_reset\":" << lastReset
+         << ",\"parameters\":{\"integration_ticks\":" << parameters.integrationTicks
+         << ",\"lamp_ticks\":" << parameters.lampTicks << ",\"count\":" << parameters.count
+         << ",\"flags\":" << static_cast<int>(parameters.flags) << "},\"counters\":{\"control\":" << counters.control
+         << ",\"bulk_in\":" << counters.bulkIn << ",\"bulk_in_cancelled\":" << counters.bulkInCancelled
+         << ",\"bulk_out\":" << counters.bulkOut << ",\"interrupts\":" << counters.interrupts
+         << ",\"stalls\":" << counters.stalls << ",\"timeouts\":" << counters.timeouts
+         << ",\"measurements\":" << counters.measurements << ",\"dark_measurements\":" << counters.darkMeasurements
+         << ",\"scans\":" << counters.scans << ",\"presses\":" << counters.presses
+         << ",\"eeprom_bytes_written\":" << counters.eepromBytesWritten << ",\"resets\":" << counters.resets
+         << "},\"faults\":" << faults.Json() << "}";
     return json.str();
 }
 

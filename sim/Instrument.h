@@ -75,8 +75,8 @@ struct InstrumentOptions {
 
 class Instrument {
 public:
-    static constexpr std::uint16_t kWrapThreshold = 0xF000;
-    static constexpr std::uint8_t kLowPowerStatus = 8;
+    static constexpr std::uint16_t wrapThreshold = 0xF000;
+    static constexpr std::uint8_t lowPowerStatus = 8;
 
     using CableListener = std::function<void(bool plugged)>;
 
@@ -169,37 +169,37 @@ private:
     TransferResult StartEepromWrite(Connection& connection, const std::vector<std::uint8_t>& payload);
     std::vector<std::uint8_t> MiscAnswer();
     std::vector<std::uint8_t> ParameterAnswer() const;
-    PendingData SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampOn);
-    PendingData Scan(int gain, double integrationTime, double lampTime, bool lampOn);
+    PendingData SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampLit);
+    PendingData Scan(int gain, double integrationTime, double lampTime, bool lampLit);
     TransferResult BulkReadLocked(
         Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs, std::uint32_t requestId);
     bool TakeBulkCancel(Connection& connection, std::uint32_t requestId);
     TransferResult Deliver(Connection& connection, std::uint32_t length);
     void BreakLogFile(std::uint16_t id);
 
-    mutable std::mutex mutex_;
-    std::mutex cableMutex_;
-    std::condition_variable changed_;
-    CableListener cableListener_;
-    const std::uint32_t serial_;
-    SimClock clock_;
-    bool noise_;
-    Eeprom eeprom_;
-    MeasurementEngine engine_;
-    bool plugged_ = true;
-    std::uint32_t nextConnection_ = 1;
-    std::map<std::uint32_t, Connection> connections_;
-    MeasureParameters parameters_;
-    std::map<std::uint16_t, std::pair<std::uint16_t, std::uint16_t>> cpld_;
-    std::uint16_t lastCpldRegister_ = 0;
-    Target target_;
-    std::optional<Strip> strip_;
-    double speed_ = Strip::kDefaultSpeed;
-    Faults faults_;
-    Counters counters_;
-    bool keyLatch_ = false;
-    bool lampOn_ = false;
-    int lastReset_ = -1;
+    mutable std::mutex mutex;
+    std::mutex cableMutex;
+    std::condition_variable changed;
+    CableListener cableListener;
+    const std::uint32_t serial;
+    SimClock clock;
+    bool noise;
+    Eeprom eeprom;
+    MeasurementEngine engine;
+    bool plugged = true;
+    std::uint32_t nextConnection = 1;
+    std::map<std::uint32_t, Connection> connections;
+    MeasureParameters parameters;
+    std::map<std::uint16_t, std::pair<std::uint16_t, std::uint16_t>> cpld;
+    std::uint16_t lastCpldRegister = 0;
+    Target target;
+    std::optional<Strip> strip;
+    double speed = Strip::defaultSpeed;
+    Faults faults;
+    Counters counters;
+    bool eyLatch_ = false;
+    bool lampOn = false;
+    int lastReset = -1;
 };
 
 } // namespace OrbelSim

@@ -13,15 +13,15 @@ namespace OrbelSim {
 
 namespace {
 
-constexpr std::size_t kMaxCommandLength = 65536;
-constexpr int kCommandWaitMs = 2000;
+constexpr std::size_t maxCommandLength = 65536;
+constexpr int commandWaitMs = 2000;
 
 // Serves commands until "stop" (its connection is handed back, to be closed last) or a signal.
 std::optional<UnixSocket> ServeCommands(UnixListener& control, CommandProcessor& processor)
 {
     while (auto client = control.Accept()) {
         std::string line;
-        if (!client->ReadLine(line, kMaxCommandLength, kCommandWaitMs)) {
+        if (!client->ReadLine(line, maxCommandLength, commandWaitMs)) {
             client->WriteAll(CommandChannel::EncodeReply({false, "incomplete command"}));
             continue;
         }

@@ -3,19 +3,18 @@
 namespace OrbelSim {
 
 MeasurementEngine::MeasurementEngine(bool uvCut, bool noise, std::uint32_t seed)
-    : optics_(uvCut), reflectanceSolver_(ReflectanceRows(optics_), Optics::kFirstLivePixel, Optics::kLastLivePixel),
-      emissionSolver_(EmissionRows(optics_), Optics::kFirstLivePixel, Optics::kLastLivePixel),
-      sensor_(optics_, noise, seed)
+    : optics(uvCut), reflectanceSolver(ReflectanceRows(optics), Optics::firstLivePixel, Optics::lastLivePixel),
+      emissionSolver(EmissionRows(optics), Optics::firstLivePixel, Optics::lastLivePixel), sensor(optics, noise, seed)
 {
 }
 
 std::vector<std::vector<double>> MeasurementEngine::ReflectanceRows(const Optics& optics)
 {
     std::vector<std::vector<double>> rows = optics.MatrixRows();
-    for (int k = 0; k < Optics::kOutputs; ++k) {
+    for (int k = 0; k < Optics::outputs; ++k) {
         std::vector<double>& row = rows[static_cast<std::size_t>(k)];
         double tileFold = 0.0;
-        for (int p = 0; p < Optics::kPixels; ++p) {
+        for (int p = 0; p < Optics::pixels; ++p) {
             row[p] *= optics.Responsivity()[p] * optics.LampRadiance()[p];
             tileFold += row[p] * optics.TileReflectance()[p];
         }
@@ -32,7 +31,7 @@ std::vector<std::vector<double>> MeasurementEngine::EmissionRows(const Optics& o
     std::vector<std::vector<double>> rows = optics.MatrixRows();
     for (std::vector<double>& row : rows) {
         double fold = 0.0;
-        for (int p = 0; p < Optics::kPixels; ++p) {
+        for (int p = 0; p < Optics::pixels; ++p) {
             row[p] *= optics.Responsivity()[p];
             fold += row[p];
         }
@@ -45,16 +44,16 @@ std::vector<std::vector<double>> MeasurementEngine::EmissionRows(const Optics& o
 
 Scene MeasurementEngine::SceneOf(const Target& target) const
 {
-    const std::vector<double> none(Optics::kPixels, 0.0);
+    const std::vector<double> none(Optics::pixels, 0.0);
     if (target.kind == TargetKind::Emission) {
-        return {none, emissionSolver_.Solve(target.values)};
+        return {none, emissionSolver.Solve(target.values)};
     }
-    return {reflectanceSolver_.Solve(target.values), none};
+    return {reflectanceSolver.Solve(target.values), none};
 }
 
 Scene MeasurementEngine::Mix(const std::vector<Scene>& scenes, const std::vector<double>& shares)
 {
-    Scene mixed{std::vector<double>(Optics::kPixels, 0.0), std::vector<double>(Optics::kPixels, 0.0)};
+    Scene mixed{std::vector<double>(Optics::pixels, 0.0), std::vector<double>(Optics::pixels, 0.0)};
     for (std::size_t i = 0; i < scenes.size(); ++i) {
         for (std::size_t p = 0; p < mixed.reflectance.size(); ++p) {
             mixed.reflectance[p] += shares[i] * scenes[i].reflectance[p];
@@ -69,10 +68,10 @@ RawPixels MeasurementEngine::Read(const Scene& scene, bool lampOn, int gain, dou
     std::vector<double> radiance = scene.emission;
     if (lampOn) {
         for (std::size_t p = 0; p < radiance.size(); ++p) {
-            radiance[p] += optics_.LampRadiance()[p] * scene.reflectance[p];
+            radiance[p] += optics.LampRadiance()[p] * scene.reflectance[p];
         }
     }
-    return sensor_.Read(radiance, gain, integrationTime);
+    return sensor.Read(radiance, gain, integrationTime);
 }
 
 } // namespace OrbelSim

@@ -26,7 +26,7 @@ class MeasurementEngine {
 public:
     MeasurementEngine(bool uvCut, bool noise, std::uint32_t seed);
 
-    const Optics& GetOptics() const { return optics_; }
+    const Optics& GetOptics() const { return optics; }
     Scene SceneOf(const Target& target) const;
     static Scene Mix(const std::vector<Scene>& scenes, const std::vector<double>& shares);
     RawPixels Read(const Scene& scene, bool lampOn, int gain, double integrationTime);
@@ -35,10 +35,10 @@ private:
     static std::vector<std::vector<double>> ReflectanceRows(const Optics& optics);
     static std::vector<std::vector<double>> EmissionRows(const Optics& optics);
 
-    Optics optics_;
-    SmoothSpectrumSolver reflectanceSolver_;
-    SmoothSpectrumSolver emissionSolver_;
-    Sensor sensor_;
+    Optics optics;
+    SmoothSpectrumSolver reflectanceSolver;
+    SmoothSpectrumSolver emissionSolver;
+    Sensor sensor;
 };
 
 } // namespace OrbelSim

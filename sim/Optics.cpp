@@ -7,33 +7,32 @@ namespace OrbelSim {
 
 namespace {
 
-constexpr double kBandHalfWidth = 6.0;
+constexpr double bandHalfWidth = 6.0;
 
-const std::vector<float> kLinearisationGain1 = {0.0f, 1.0f, 1.2e-6f, 4.0e-12f};
-const std::vector<float> kLinearisationGain0 = {0.0f, 1.0f, 1.6e-6f, 2.0e-12f};
+const std::vector<float> linearisationGain1 = {0.0f, 1.0f, 1.2e-6f, 4.0e-12f};
+const std::vector<float> linearisationGain0 = {0.0f, 1.0f, 1.6e-6f, 2.0e-12f};
 
 } // namespace
 
-Optics::Optics(bool uvCut)
-    : uvCut_(uvCut), lampRadiance_(kPixels, 0.0), responsivity_(kPixels, 0.0), tilePixels_(kPixels, 0.0)
+Optics::Optics(bool uvCut) : uvCut(uvCut), lampRadiance(pixels, 0.0), responsivity(pixels, 0.0), tilePixels(pixels, 0.0)
 {
-    for (int p = 0; p < kPixels; ++p) {
+    for (int p = 0; p < pixels; ++p) {
         const double nm = Wavelength(p);
-        responsivity_[p] = SensorShape(nm);
-        tilePixels_[p] = TileShape(nm);
-        lampRadiance_[p] = FilterTransmission(nm) * Planck(nm) / Planck(550.0);
+        responsivity[p] = SensorShape(nm);
+        tilePixels[p] = TileShape(nm);
+        lampRadiance[p] = FilterTransmission(nm) * Planck(nm) / Planck(550.0);
     }
-    for (int k = 0; k < kOutputs; ++k) {
-        tileRecord_[k] = static_cast<float>(TileShape(OutputWavelength(k)));
+    for (int k = 0; k < outputs; ++k) {
+        tileRecord[k] = static_cast<float>(TileShape(OutputWavelength(k)));
     }
     BuildMatrix();
     const double sensitivityScale =
-        (LinearFromRaw(1, kDisplayWhiteRawPeak) - Dark(1, 0.5, 64)) / (0.5 * DisplayWhiteSensitivityPeak());
-    for (double& r : responsivity_) {
+        (LinearFromRaw(1, displayWhiteRawPeak) - Dark(1, 0.5, 64)) / (0.5 * DisplayWhiteSensitivityPeak());
+    for (double& r : responsivity) {
         r *= sensitivityScale;
     }
     const double lampScale = 1.0 / TileSignalPeakPerLampUnit();
-    for (double& l : lampRadiance_) {
+    for (double& l : lampRadiance) {
         l *= lampScale;
     }
 }
@@ -51,7 +50,7 @@ double Optics::OutputWavelength(int output)
 double Optics::Planck(double nanometres)
 {
     const double metres = nanometres * 1e-9;
-    return 1.0 / (std::pow(metres, 5) * (std::exp(1.4388e-2 / (metres * kLampKelvin)) - 1.0));
+    return 1.0 / (std::pow(metres, 5) * (std::exp(1.4388e-2 / (metres * lampKelvin)) - 1.0));
 }
 
 double Optics::SensorShape(double nanometres)
@@ -62,7 +61,7 @@ double Optics::SensorShape(double nanometres)
 
 double Optics::FilterTransmission(double nanometres) const
 {
-    if (!uvCut_) {
+    if (!uvCut) {
         return 1.0;
     }
     // A little leaks below the edge, so that the tile never gives an exact zero there.
@@ -76,23 +75,23 @@ double Optics::TileShape(double nanometres)
 
 void Optics::BuildMatrix()
 {
-    matrixRows_.assign(kOutputs, std::vector<double>(kPixels, 0.0));
-    for (int k = 0; k < kOutputs; ++k) {
+    matrixRows.assign(outputs, std::vector<double>(pixels, 0.0));
+    for (int k = 0; k < outputs; ++k) {
         std::vector<std::pair<int, double>> band;
         double total = 0.0;
-        for (int p = kFirstLivePixel; p <= kLastLivePixel; ++p) {
-            const double weight = 1.0 - std::fabs(Wavelength(p) - OutputWavelength(k)) / kBandHalfWidth;
+        for (int p = firstLivePixel; p <= lastLivePixel; ++p) {
+            const double weight = 1.0 - std::fabs(Wavelength(p) - OutputWavelength(k)) / bandHalfWidth;
             if (weight > 0.0) {
                 band.emplace_back(p, weight);
                 total += weight;
             }
         }
-        matrix_.first.push_back(static_cast<std::uint32_t>(band.front().first));
-        matrix_.count.push_back(static_cast<std::uint32_t>(band.size()));
+        matrix.first.push_back(static_cast<std::uint32_t>(band.front().first));
+        matrix.count.push_back(static_cast<std::uint32_t>(band.size()));
         for (const auto& [pixel, weight] : band) {
             const float coefficient = static_cast<float>(weight / total);
-            matrix_.coefficients.push_back(coefficient);
-            matrixRows_[k][pixel] = coefficient;
+            matrix.coefficients.push_back(coefficient);
+            matrixRows[k][pixel] = coefficient;
         }
     }
 }
@@ -100,10 +99,10 @@ void Optics::BuildMatrix()
 std::vector<float> Optics::EmissionFactors() const
 {
     std::vector<float> factors;
-    for (int k = 0; k < kOutputs; ++k) {
+    for (int k = 0; k < outputs; ++k) {
         double folded = 0.0;
-        for (int p = 0; p < kPixels; ++p) {
-            folded += matrixRows_[k][p] * responsivity_[p];
+        for (int p = 0; p < pixels; ++p) {
+            folded += matrixRows[k][p] * responsivity[p];
         }
         factors.push_back(static_cast<float>(1.0 / folded));
     }
@@ -114,7 +113,7 @@ double Optics::DisplayWhiteSensitivityPeak() const
 {
     const Spectrum36& white = SpectralTables::Displays().front().values;
     double peak = 0.0;
-    for (int k = 0; k < kOutputs; ++k) {
+    for (int k = 0; k < outputs; ++k) {
         const double nm = OutputWavelength(k);
         peak = std::max(peak, SensorShape(nm) * white[k]);
     }
@@ -123,27 +122,27 @@ double Optics::DisplayWhiteSensitivityPeak() const
 
 double Optics::TileSignalPeakPerLampUnit() const
 {
-    int brightest = kFirstLivePixel;
-    for (int p = kFirstLivePixel; p <= kLastLivePixel; ++p) {
-        if (responsivity_[p] * lampRadiance_[p] * tilePixels_[p] >
-            responsivity_[brightest] * lampRadiance_[brightest] * tilePixels_[brightest]) {
+    int brightest = firstLivePixel;
+    for (int p = firstLivePixel; p <= lastLivePixel; ++p) {
+        if (responsivity[p] * lampRadiance[p] * tilePixels[p] >
+            responsivity[brightest] * lampRadiance[brightest] * tilePixels[brightest]) {
             brightest = p;
         }
     }
-    const double wanted = LinearFromRaw(1, kTileRawPeak) - Dark(1, kTileIntegrationTime, brightest);
+    const double wanted = LinearFromRaw(1, tileRawPeak) - Dark(1, tileIntegrationTime, brightest);
     const double perUnit =
-        kTileIntegrationTime * responsivity_[brightest] * lampRadiance_[brightest] * tilePixels_[brightest];
+        tileIntegrationTime * responsivity[brightest] * lampRadiance[brightest] * tilePixels[brightest];
     return perUnit / wanted;
 }
 
 const std::vector<float>& Optics::Linearisation(int gain)
 {
-    return gain == 0 ? kLinearisationGain0 : kLinearisationGain1;
+    return gain == 0 ? linearisationGain0 : linearisationGain1;
 }
 
 double Optics::GainFactor(int gain)
 {
-    return gain == 0 ? kGainRatio : 1.0;
+    return gain == 0 ? gainRatio : 1.0;
 }
 
 double Optics::Dark(int gain, double integrationTime, int pixel)

@@ -11,7 +11,7 @@
 
 namespace OrbelSim {
 
-using RawPixels = std::array<std::uint16_t, Optics::kPixels>;
+using RawPixels = std::array<std::uint16_t, Optics::pixels>;
 
 class Sensor {
 public:
@@ -26,9 +26,9 @@ public:
 private:
     double Noise(double signal);
 
-    const Optics& optics_;
-    bool noise_;
-    std::mt19937 random_;
+    const Optics& optics;
+    bool noise;
+    std::mt19937 random;
 };
 
 } // namespace OrbelSim

@@ -13,12 +13,12 @@ public:
 
     explicit SimClock(double scale);
 
-    double Scale() const { return scale_; }
+    double Scale() const { return scale; }
     Clock::time_point Now() const { return Clock::now(); }
     Clock::time_point After(Clock::time_point from, double modelSeconds) const;
 
 private:
-    double scale_;
+    double scale;
 };
 
 } // namespace OrbelSim

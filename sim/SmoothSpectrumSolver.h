@@ -12,7 +12,7 @@ namespace OrbelSim {
 
 class SmoothSpectrumSolver {
 public:
-    // rows: one row of kPixels weights for each of the 36 outputs; pixels outside [first, last] stay 0.
+    // rows: one row of Optics::pixels weights for each of the 36 outputs; pixels outside [first, last] stay 0.
     SmoothSpectrumSolver(const std::vector<std::vector<double>>& rows, int firstPixel, int lastPixel);
 
     std::vector<double> Solve(const Spectrum36& values) const;
@@ -20,12 +20,12 @@ public:
 private:
     void Factorise();
 
-    int firstPixel_;
-    int unknowns_;
-    int size_;
-    std::size_t pixels_;
-    std::vector<double> lu_;
-    std::vector<int> pivots_;
+    int firstPixel;
+    int unknowns;
+    int size;
+    std::size_t pixelCount;
+    std::vector<double> lu;
+    std::vector<int> pivots;
 };
 
 } // namespace OrbelSim

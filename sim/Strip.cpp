@@ -9,7 +9,7 @@ namespace OrbelSim {
 
 namespace {
 
-constexpr int kSmearSteps = 5;
+constexpr int smearSteps = 5;
 
 // Area of the part of a disc of radius r that lies left of the line x = u (centre at 0).
 double DiscAreaLeftOf(double u, double r)
@@ -26,7 +26,7 @@ double DiscAreaLeftOf(double u, double r)
 } // namespace
 
 Strip::Strip(std::string description, std::vector<Patch> patches)
-    : description_(std::move(description)), patches_(std::move(patches))
+    : description(std::move(description)), patches(std::move(patches))
 {
 }
 
@@ -91,28 +91,28 @@ Strip Strip::FromFile(const std::string& path)
 
 Strip Strip::Uniform(const Target& target)
 {
-    return Strip("uniform " + target.description, {{kUniformLength / 2, target}, {kUniformLength / 2, target}});
+    return Strip("uniform " + target.description, {{uniformLength / 2, target}, {uniformLength / 2, target}});
 }
 
 double Strip::Travel() const
 {
     double travel = 0.0;
-    for (std::size_t i = 0; i + 1 < patches_.size(); ++i) {
-        travel += (patches_[i].widthMm + patches_[i + 1].widthMm) / 2.0;
+    for (std::size_t i = 0; i + 1 < patches.size(); ++i) {
+        travel += (patches[i].widthMm + patches[i + 1].widthMm) / 2.0;
     }
     return travel;
 }
 
 std::vector<double> Strip::SharesAt(double centre) const
 {
-    const double r = kApertureDiameter / 2.0;
+    const double r = apertureDiameter / 2.0;
     const double disc = std::acos(-1.0) * r * r;
-    std::vector<double> shares(patches_.size(), 0.0);
+    std::vector<double> shares(patches.size(), 0.0);
     double left = 0.0;
-    for (std::size_t i = 0; i < patches_.size(); ++i) {
-        const double right = left + patches_[i].widthMm;
+    for (std::size_t i = 0; i < patches.size(); ++i) {
+        const double right = left + patches[i].widthMm;
         const double from = i == 0 ? -std::numeric_limits<double>::infinity() : left;
-        const double to = i + 1 == patches_.size() ? std::numeric_limits<double>::infinity() : right;
+        const double to = i + 1 == patches.size() ? std::numeric_limits<double>::infinity() : right;
         shares[i] = (DiscAreaLeftOf(to - centre, r) - DiscAreaLeftOf(from - centre, r)) / disc;
         left = right;
     }
@@ -121,13 +121,13 @@ std::vector<double> Strip::SharesAt(double centre) const
 
 std::vector<double> Strip::Shares(double travelled, double smear) const
 {
-    const double start = patches_.front().widthMm / 2.0;
-    std::vector<double> shares(patches_.size(), 0.0);
-    for (int step = 0; step < kSmearSteps; ++step) {
-        const double centre = start + travelled + smear * (step + 0.5) / kSmearSteps;
+    const double start = patches.front().widthMm / 2.0;
+    std::vector<double> shares(patches.size(), 0.0);
+    for (int step = 0; step < smearSteps; ++step) {
+        const double centre = start + travelled + smear * (step + 0.5) / smearSteps;
         const std::vector<double> at = SharesAt(centre);
         for (std::size_t i = 0; i < shares.size(); ++i) {
-            shares[i] += at[i] / kSmearSteps;
+            shares[i] += at[i] / smearSteps;
         }
     }
     return shares;

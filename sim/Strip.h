@@ -23,12 +23,12 @@ struct Patch {
 
 class Strip {
 public:
-    static constexpr double kDefaultSpeed = 80.0;
+    static constexpr double defaultSpeed = 80.0;
     // Not 4.5 mm: the recognition takes only a step above CIELab 3.0 between two readings for an
     // edge, and at 50 mm/s a 4.5 mm aperture spreads the edge between neighbours ΔE 15 apart into
     // steps of at most 2.7, so that a careful hand could never scan a strip of such neighbours.
-    static constexpr double kApertureDiameter = 3.5;
-    static constexpr double kUniformLength = 60.0;
+    static constexpr double apertureDiameter = 3.5;
+    static constexpr double uniformLength = 60.0;
 
     Strip(std::string description, std::vector<Patch> patches);
 
@@ -39,8 +39,8 @@ public:
     // A scan without a strip is drawn across what is placed.
     static Strip Uniform(const Target& target);
 
-    const std::string& Description() const { return description_; }
-    const std::vector<Patch>& Patches() const { return patches_; }
+    const std::string& Description() const { return description; }
+    const std::vector<Patch>& Patches() const { return patches; }
     // The distance from the middle of the first patch to the middle of the last.
     double Travel() const;
     // The share of each patch in the light that the aperture collects, averaged over the path that
@@ -50,8 +50,8 @@ public:
 private:
     std::vector<double> SharesAt(double centre) const;
 
-    std::string description_;
-    std::vector<Patch> patches_;
+    std::string description;
+    std::vector<Patch> patches;
 };
 
 } // namespace OrbelSim

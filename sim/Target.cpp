@@ -8,7 +8,7 @@ namespace OrbelSim {
 
 namespace {
 
-const char* const kTargetHelp =
+const char* const targetHelp =
     "expected tile, black, sample:<name>, reflectance:<file>, emission:<file>, display:<name> or light:<name>";
 
 std::string AfterPrefix(const std::string& spec, const std::string& prefix)
@@ -127,7 +127,7 @@ Target TargetCatalog::Parse(const std::string& spec, const Spectrum36& tile)
     if (HasPrefix(spec, "light:")) {
         return Named(SpectralTables::Lights(), "light", AfterPrefix(spec, "light:"), TargetKind::Emission);
     }
-    throw std::invalid_argument("unknown target '" + spec + "'; " + kTargetHelp);
+    throw std::invalid_argument("unknown target '" + spec + "'; " + targetHelp);
 }
 
 } // namespace OrbelSim

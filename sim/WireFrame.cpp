@@ -27,9 +27,9 @@ std::uint32_t WireFrame::GetU32(const std::uint8_t* bytes)
 std::vector<std::uint8_t> WireFrame::EncodeRequest(const RequestHeader& header, const std::vector<std::uint8_t>& body)
 {
     std::vector<std::uint8_t> out;
-    out.reserve(kRequestHeaderSize + body.size());
-    PutU32(out, kMagic);
-    out.push_back(kVersion);
+    out.reserve(requestHeaderSize + body.size());
+    PutU32(out, magic);
+    out.push_back(version);
     out.push_back(header.kind);
     PutU16(out, 0);
     PutU32(out, header.requestId);
@@ -42,7 +42,7 @@ std::vector<std::uint8_t> WireFrame::EncodeRequest(const RequestHeader& header, 
 
 std::optional<RequestHeader> WireFrame::DecodeRequestHeader(const std::uint8_t* bytes)
 {
-    if (GetU32(bytes) != kMagic || bytes[4] != kVersion) {
+    if (GetU32(bytes) != magic || bytes[4] != version) {
         return std::nullopt;
     }
     RequestHeader header;
@@ -51,7 +51,7 @@ std::optional<RequestHeader> WireFrame::DecodeRequestHeader(const std::uint8_t* 
     header.timeoutMs = GetU32(bytes + 12);
     header.transferLength = GetU32(bytes + 16);
     header.bodyLength = GetU32(bytes + 20);
-    if (header.bodyLength > kMaxBody) {
+    if (header.bodyLength > maxBody) {
         return std::nullopt;
     }
     return header;
@@ -60,9 +60,9 @@ std::optional<RequestHeader> WireFrame::DecodeRequestHeader(const std::uint8_t* 
 std::vector<std::uint8_t> WireFrame::EncodeAnswer(const AnswerHeader& header, const std::vector<std::uint8_t>& body)
 {
     std::vector<std::uint8_t> out;
-    out.reserve(kAnswerHeaderSize + body.size());
-    PutU32(out, kMagic);
-    out.push_back(kVersion);
+    out.reserve(answerHeaderSize + body.size());
+    PutU32(out, magic);
+    out.push_back(version);
     out.push_back(header.kind);
     out.push_back(static_cast<std::uint8_t>(header.status));
     out.push_back(0);
@@ -74,7 +74,7 @@ std::vector<std::uint8_t> WireFrame::EncodeAnswer(const AnswerHeader& header, co
 
 std::optional<AnswerHeader> WireFrame::DecodeAnswerHeader(const std::uint8_t* bytes)
 {
-    if (GetU32(bytes) != kMagic || bytes[4] != kVersion) {
+    if (GetU32(bytes) != magic || bytes[4] != version) {
         return std::nullopt;
     }
     AnswerHeader header;
@@ -82,7 +82,7 @@ std::optional<AnswerHeader> WireFrame::DecodeAnswerHeader(const std::uint8_t* by
     header.status = static_cast<TransferStatus>(bytes[6]);
     header.requestId = GetU32(bytes + 8);
     header.bodyLength = GetU32(bytes + 12);
-    if (header.bodyLength > kMaxBody) {
+    if (header.bodyLength > maxBody) {
         return std::nullopt;
     }
     return header;

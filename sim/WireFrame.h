@@ -17,7 +17,7 @@
 //   16     4    transfer length: control, the payload length (the bytes sent for direction 0, the
 //               bytes expected back for direction 1); bulk read, the bytes requested; bulk write,
 //               the bytes sent; 0 for the other kinds
-//   20     4    body length, at most 1 MiB (kMaxBody)
+//   20     4    body length, at most 1 MiB (maxBody)
 //   24     ...  body: control, the 10-byte ControlRequest followed, for direction 0 only, by the
 //               payload; bulk write, the data; every other kind, nothing
 //
@@ -63,7 +63,7 @@
 //   5 cancelled   an interrupt read or a bulk read ended by a cancel frame
 //
 // A frame whose magic or version is wrong can't be resynchronised: it is answered with a stall
-// (request id 0) and the connection is closed. A frame with a body larger than kMaxBody likewise.
+// (request id 0) and the connection is closed. A frame with a body larger than maxBody likewise.
 // A well-formed frame of an unknown kind, or whose body doesn't match its kind, is answered with a stall.
 //
 // The 8 bytes of an interrupt packet: byte 0 is 1 (key event), byte 1 is 1 (the measurement key),
@@ -106,12 +106,12 @@ struct AnswerHeader {
 
 class WireFrame {
 public:
-    static constexpr std::uint32_t kMagic = 0x4F42534D;
-    static constexpr std::uint8_t kVersion = 1;
-    static constexpr std::size_t kRequestHeaderSize = 24;
-    static constexpr std::size_t kAnswerHeaderSize = 16;
-    static constexpr std::uint32_t kMaxBody = 1u << 20;
-    static constexpr std::size_t kControlRequestSize = 10;
+    static constexpr std::uint32_t magic = 0x4F42534D;
+    static constexpr std::uint8_t version = 1;
+    static constexpr std::size_t requestHeaderSize = 24;
+    static constexpr std::size_t answerHeaderSize = 16;
+    static constexpr std::uint32_t maxBody = 1u << 20;
+    static constexpr std::size_t controlRequestSize = 10;
 
     static std::vector<std::uint8_t> EncodeRequest(const RequestHeader& header, const std::vector<std::uint8_t>& body);
     // Empty when magic, version or body length are wrong: such a stream can't be followed further.

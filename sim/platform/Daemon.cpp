@@ -16,7 +16,7 @@ namespace OrbelSim {
 
 namespace {
 
-constexpr int kReadyWaitMs = 10000;
+constexpr int readyWaitMs = 10000;
 volatile sig_atomic_t stopWakeFd = -1;
 
 void WakeOnSignal(int)
@@ -42,7 +42,7 @@ std::string ReadMessage(int fd)
     std::string message;
     char buffer[512];
     pollfd entry{fd, POLLIN, 0};
-    while (::poll(&entry, 1, kReadyWaitMs) > 0) {
+    while (::poll(&entry, 1, readyWaitMs) > 0) {
         const ssize_t got = ::read(fd, buffer, sizeof buffer);
         if (got < 0 && errno == EINTR) {
             continue;

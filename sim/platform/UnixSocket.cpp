@@ -26,33 +26,33 @@ sockaddr_un AddressOf(const std::string& path)
 
 } // namespace
 
-UnixSocket::UnixSocket(int fd) : fd_(fd) { }
+UnixSocket::UnixSocket(int fd) : fd(fd) { }
 
 UnixSocket::~UnixSocket()
 {
     Close();
 }
 
-UnixSocket::UnixSocket(UnixSocket&& other) noexcept : fd_(other.fd_)
+UnixSocket::UnixSocket(UnixSocket&& other) noexcept : fd(other.fd)
 {
-    other.fd_ = -1;
+    other.fd = -1;
 }
 
 UnixSocket& UnixSocket::operator=(UnixSocket&& other) noexcept
 {
     if (this != &other) {
         Close();
-        fd_ = other.fd_;
-        other.fd_ = -1;
+        fd = other.fd;
+        other.fd = -1;
     }
     return *this;
 }
 
 void UnixSocket::Close()
 {
-    if (fd_ >= 0) {
-        ::close(fd_);
-        fd_ = -1;
+    if (fd >= 0) {
+        ::close(fd);
+        fd = -1;
     }
 }
 
@@ -75,7 +75,7 @@ bool UnixSocket::ReadExact(std::uint8_t* data, std::size_t size)
 {
     std::size_t done = 0;
     while (done < size) {
-        const ssize_t got = ::read(fd_, data + done, size - done);
+        const ssize_t got = ::read(fd, data + done, size - done);
         if (got < 0 && errno == EINTR) {
             continue;
         }
@@ -91,7 +91,7 @@ bool UnixSocket::WriteAll(const std::uint8_t* data, std::size_t size)
 {
     std::size_t done = 0;
     while (done < size) {
-        const ssize_t sent = ::send(fd_, data + done, size - done, MSG_NOSIGNAL);
+        const ssize_t sent = ::send(fd, data + done, size - done, MSG_NOSIGNAL);
         if (sent < 0 && errno == EINTR) {
             continue;
         }
@@ -113,7 +113,7 @@ std::string UnixSocket::ReadToEnd()
     std::string text;
     char buffer[4096];
     while (true) {
-        const ssize_t got = ::read(fd_, buffer, sizeof buffer);
+        const ssize_t got = ::read(fd, buffer, sizeof buffer);
         if (got < 0 && errno == EINTR) {
             continue;
         }
@@ -129,7 +129,7 @@ bool UnixSocket::ReadLine(std::string& line, std::size_t limit, int milliseconds
     line.clear();
     while (line.size() < limit && WaitReadable(milliseconds)) {
         char c = 0;
-        const ssize_t got = ::read(fd_, &c, 1);
+        const ssize_t got = ::read(fd, &c, 1);
         if (got < 0 && errno == EINTR) {
             continue;
         }
@@ -146,7 +146,7 @@ bool UnixSocket::ReadLine(std::string& line, std::size_t limit, int milliseconds
 
 bool UnixSocket::WaitReadable(int milliseconds)
 {
-    pollfd entry{fd_, POLLIN, 0};
+    pollfd entry{fd, POLLIN, 0};
     int ready = 0;
     do {
         ready = ::poll(&entry, 1, milliseconds);
@@ -156,36 +156,36 @@ bool UnixSocket::WaitReadable(int milliseconds)
 
 void UnixSocket::ShutdownRead()
 {
-    if (fd_ >= 0) {
-        ::shutdown(fd_, SHUT_RD);
+    if (fd >= 0) {
+        ::shutdown(fd, SHUT_RD);
     }
 }
 
 void UnixSocket::ShutdownBoth()
 {
-    if (fd_ >= 0) {
-        ::shutdown(fd_, SHUT_RDWR);
+    if (fd >= 0) {
+        ::shutdown(fd, SHUT_RDWR);
     }
 }
 
-UnixListener::UnixListener(const std::string& path) : path_(path)
+UnixListener::UnixListener(const std::string& path) : path(path)
 {
     const sockaddr_un address = AddressOf(path);
     int pipeFds[2];
     if (::pipe2(pipeFds, O_CLOEXEC | O_NONBLOCK) != 0) {
         throw std::runtime_error(std::string("unable to make a pipe: ") + std::strerror(errno));
     }
-    wakeRead_ = pipeFds[0];
-    wakeWrite_ = pipeFds[1];
-    fd_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    wakeRead = pipeFds[0];
+    wakeWrite = pipeFds[1];
+    fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     ::unlink(path.c_str());
-    if (fd_ < 0 || ::bind(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-        ::listen(fd_, 16) != 0) {
+    if (fd < 0 || ::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        ::listen(fd, 16) != 0) {
         const int error = errno;
-        ::close(wakeRead_);
-        ::close(wakeWrite_);
-        if (fd_ >= 0) {
-            ::close(fd_);
+        ::close(wakeRead);
+        ::close(wakeWrite);
+        if (fd >= 0) {
+            ::close(fd);
         }
         throw std::runtime_error("unable to listen at " + path + ": " + std::strerror(error));
     }
@@ -193,16 +193,16 @@ UnixListener::UnixListener(const std::string& path) : path_(path)
 
 UnixListener::~UnixListener()
 {
-    ::close(fd_);
-    ::unlink(path_.c_str());
-    ::close(wakeRead_);
-    ::close(wakeWrite_);
+    ::close(fd);
+    ::unlink(path.c_str());
+    ::close(wakeRead);
+    ::close(wakeWrite);
 }
 
 std::optional<UnixSocket> UnixListener::Accept()
 {
     while (true) {
-        pollfd entries[2] = {{fd_, POLLIN, 0}, {wakeRead_, POLLIN, 0}};
+        pollfd entries[2] = {{fd, POLLIN, 0}, {wakeRead, POLLIN, 0}};
         const int ready = ::poll(entries, 2, -1);
         if (ready < 0 && errno == EINTR) {
             continue;
@@ -210,9 +210,9 @@ std::optional<UnixSocket> UnixListener::Accept()
         if (ready < 0 || (entries[1].revents & POLLIN) != 0) {
             return std::nullopt;
         }
-        const int fd = ::accept4(fd_, nullptr, nullptr, SOCK_CLOEXEC);
-        if (fd >= 0) {
-            return UnixSocket(fd);
+        const int accepted = ::accept4(fd, nullptr, nullptr, SOCK_CLOEXEC);
+        if (accepted >= 0) {
+            return UnixSocket(accepted);
         }
     }
 }
@@ -220,7 +220,7 @@ std::optional<UnixSocket> UnixListener::Accept()
 void UnixListener::Wake()
 {
     const char byte = 1;
-    [[maybe_unused]] const ssize_t written = ::write(wakeWrite_, &byte, 1);
+    [[maybe_unused]] const ssize_t written = ::write(wakeWrite, &byte, 1);
 }
 
 } // namespace OrbelSim

@@ -20,7 +20,7 @@ public:
     // Raises std::runtime_error with a text when nothing listens there.
     static UnixSocket Connect(const std::string& path);
 
-    bool Valid() const { return fd_ >= 0; }
+    bool Valid() const { return fd >= 0; }
     // False at the end of the stream or on an error.
     bool ReadExact(std::uint8_t* data, std::size_t size);
     bool WriteAll(const std::uint8_t* data, std::size_t size);
@@ -36,7 +36,7 @@ public:
 private:
     void Close();
 
-    int fd_ = -1;
+    int fd = -1;
 };
 
 class UnixListener {
@@ -51,13 +51,13 @@ public:
     std::optional<UnixSocket> Accept();
     // Safe to call from a signal handler.
     void Wake();
-    int WakeFd() const { return wakeWrite_; }
+    int WakeFd() const { return wakeWrite; }
 
 private:
-    std::string path_;
-    int fd_ = -1;
-    int wakeRead_ = -1;
-    int wakeWrite_ = -1;
+    std::string path;
+    int fd = -1;
+    int wakeRead = -1;
+    int wakeWrite = -1;
 };
 
 } // namespace OrbelSim

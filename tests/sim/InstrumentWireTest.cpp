@@ -19,10 +19,10 @@ namespace {
 using OrbelSim::TransferKind;
 using OrbelSim::WireFrame;
 
-constexpr std::uint16_t kTileTicks = 300; // 0.0204 s
-constexpr std::uint8_t kGain1 = 0x04;
-constexpr std::uint8_t kLampOff = 0x02;
-constexpr std::uint8_t kScan = 0x01;
+constexpr std::uint16_t tileTicks = 300; // 0.0204 s
+constexpr std::uint8_t gain1 = 0x04;
+constexpr std::uint8_t lampOff = 0x02;
+constexpr std::uint8_t scan = 0x01;
 
 std::vector<std::uint8_t> ReadWholeEeprom(RawHost& host)
 {
@@ -80,30 +80,30 @@ std::vector<double> Fold(const std::vector<double>& row, const EepromFiles& reco
 class HostCalculation {
 public:
     HostCalculation(RawHost& host, std::uint8_t gainFlag, std::uint16_t ticks)
-        : host_(host), records_(ReadWholeEeprom(host)), gainFlag_(gainFlag), ticks_(ticks)
+        : host(host), records(ReadWholeEeprom(host)), gainFlag(gainFlag), ticks(ticks)
     {
-        dark_ = Linearise(MeanRow(host_.Measure(ticks_, 4, gainFlag_ | kLampOff)), Polynomial());
+        dark = Linearise(MeanRow(this->host.Measure(this->ticks, 4, this->gainFlag | lampOff)), Polynomial());
     }
 
     std::vector<double> Signal(std::uint8_t lampFlag)
     {
-        std::vector<double> linear = Linearise(MeanRow(host_.Measure(ticks_, 4, gainFlag_ | lampFlag)), Polynomial());
+        std::vector<double> linear = Linearise(MeanRow(host.Measure(ticks, 4, gainFlag | lampFlag)), Polynomial());
         for (std::size_t p = 0; p < linear.size(); ++p) {
-            linear[p] -= dark_[p];
+            linear[p] -= dark[p];
         }
-        return Fold(linear, records_);
+        return Fold(linear, records);
     }
 
-    const EepromFiles& Records() const { return records_; }
+    const EepromFiles& Records() const { return records; }
 
 private:
-    std::vector<float> Polynomial() const { return records_.Floats(gainFlag_ ? 1000 : 1001); }
+    std::vector<float> Polynomial() const { return records.Floats(gainFlag ? 1000 : 1001); }
 
-    RawHost& host_;
-    EepromFiles records_;
-    std::uint8_t gainFlag_;
-    std::uint16_t ticks_;
-    std::vector<double> dark_;
+    RawHost& host;
+    EepromFiles records;
+    std::uint8_t gainFlag;
+    std::uint16_t ticks;
+    std::vector<double> dark;
 };
 
 TEST(InstrumentWire, StartIsQuickAndStopLeavesNothingBehind)
@@ -200,7 +200,7 @@ TEST(InstrumentWire, TileIsBelowSaturationAndDarkBelowItsLimit)
 {
     SimHarness sim({"--time-scale", "0.01"});
     RawHost host(sim.SocketPath());
-    const Rows tile = host.Measure(kTileTicks, 4, kGain1);
+    const Rows tile = host.Measure(tileTicks, 4, gain1);
     ASSERT_EQ(tile.size(), 4u);
     long peak = 0;
     for (const auto& row : tile) {
@@ -208,7 +208,7 @@ TEST(InstrumentWire, TileIsBelowSaturationAndDarkBelowItsLimit)
     }
     EXPECT_NEAR(peak, 40000, 2000);
 
-    const Rows dark = host.Measure(kTileTicks, 4, kGain1 | kLampOff);
+    const Rows dark = host.Measure(tileTicks, 4, gain1 | lampOff);
     double sum = 0.0;
     for (const auto& row : dark) {
         sum += std::accumulate(row.begin() + 1, row.end(), 0.0);
@@ -225,7 +225,7 @@ TEST(InstrumentWire, RoundTripRecoversReflectanceFromTheRecords)
 {
     SimHarness sim;
     RawHost host(sim.SocketPath());
-    HostCalculation host_side(host, kGain1, kTileTicks);
+    HostCalculation host_side(host, gain1, tileTicks);
     const std::vector<double> tile = host_side.Signal(0);
     const std::vector<float> tileRecord = host_side.Records().Floats(1100);
     for (const std::string name : {"tcs01", "tcs05", "tcs09", "tcs12", "tcs14", "grey10", "grey90"}) {
@@ -243,14 +243,14 @@ TEST(InstrumentWire, EmissionOfADisplayWhiteGivesItsLuminance)
 {
     SimHarness sim;
     RawHost host(sim.SocketPath());
-    constexpr std::uint16_t kHalfSecond = 7353;
-    HostCalculation host_side(host, kGain1, kHalfSecond);
+    constexpr std::uint16_t halfSecond = 7353;
+    HostCalculation host_side(host, gain1, halfSecond);
     sim.Ok({"place", "display:white"});
-    const Rows raw = host.Measure(kHalfSecond, 2, kGain1 | kLampOff);
+    const Rows raw = host.Measure(halfSecond, 2, gain1 | lampOff);
     EXPECT_LT(*std::max_element(raw[0].begin() + 1, raw[0].end()), 60000);
-    const std::vector<double> signal = host_side.Signal(kLampOff);
+    const std::vector<double> signal = host_side.Signal(lampOff);
     const std::vector<float> factors = host_side.Records().Floats(1101);
-    const double time = kHalfSecond * 6.8e-5;
+    const double time = halfSecond * 6.8e-5;
     double luminance = 0.0;
     for (std::size_t k = 0; k < 36; ++k) {
         const double radiance = signal[k] * factors[k] / time;
@@ -264,7 +264,7 @@ TEST(InstrumentWire, EmissionOfADisplayWhiteGivesItsLuminance)
 std::pair<double, double> WhiteCheck(SimHarness& sim)
 {
     RawHost host(sim.SocketPath());
-    HostCalculation host_side(host, kGain1, kTileTicks);
+    HostCalculation host_side(host, gain1, tileTicks);
     const std::vector<double> signal = host_side.Signal(0);
     const std::vector<float> factors = host_side.Records().Floats(1101);
     const std::vector<float> tile = host_side.Records().Floats(1100);
@@ -302,7 +302,7 @@ TEST(InstrumentWire, DataComeAfterLampTimeAndIntegrationTimesScaled)
 {
     SimHarness sim({"--noise", "off", "--time-scale", "0.5"});
     RawHost host(sim.SocketPath());
-    host.SetParameters(14706, 0, 2, kGain1); // two measurements of 1 s: ready after 1 s at this scale
+    host.SetParameters(14706, 0, 2, gain1); // two measurements of 1 s: ready after 1 s at this scale
     ASSERT_EQ(host.Control(0, 192, {}).status, TransferStatus::Ok);
     EXPECT_EQ(host.BulkRead(512, 300).status, TransferStatus::Timeout);
     const Answer answer = host.BulkRead(512, 5000);
@@ -310,13 +310,13 @@ TEST(InstrumentWire, DataComeAfterLampTimeAndIntegrationTimesScaled)
     EXPECT_EQ(answer.data.size(), 512u);
     EXPECT_EQ(host.BulkRead(512, 50).status, TransferStatus::Timeout);
 
-    host.SetParameters(kTileTicks, 17, 1, kGain1);
+    host.SetParameters(tileTicks, 17, 1, gain1);
     ASSERT_EQ(host.Control(0, 192, {}).status, TransferStatus::Ok);
     const Answer more = host.BulkRead(1024, 5000);
     EXPECT_EQ(more.status, TransferStatus::Short);
     EXPECT_EQ(more.data.size(), 256u);
     const Answer parameters = host.Control(1, 194, {}, 8);
-    EXPECT_EQ(parameters.data, (std::vector<std::uint8_t>{0x01, 0x2C, 0, 17, 0, 1, kGain1, 0}));
+    EXPECT_EQ(parameters.data, (std::vector<std::uint8_t>{0x01, 0x2C, 0, 17, 0, 1, gain1, 0}));
 }
 
 TEST(InstrumentWire, ProgrammableLogicAndResetAreServed)
@@ -328,7 +328,7 @@ TEST(InstrumentWire, ProgrammableLogicAndResetAreServed)
     EXPECT_EQ(host.Control(0, 199, {0, 6, 0xAB, 0xCD, 0, 0}).status, TransferStatus::Ok);
     EXPECT_EQ(host.Control(1, 200, {}, 2).data, (std::vector<std::uint8_t>{0xAB, 0xCD}));
 
-    host.SetParameters(kTileTicks, 17, 1, kGain1);
+    host.SetParameters(tileTicks, 17, 1, gain1);
     ASSERT_EQ(host.Control(0, 192, {}).status, TransferStatus::Ok);
     EXPECT_EQ(host.Control(0, 202, {0x1F}).status, TransferStatus::Ok);
     EXPECT_EQ(host.BulkRead(256, 100).status, TransferStatus::Timeout);
@@ -417,7 +417,7 @@ TEST(InstrumentWire, TransferFaultsHitExactlyTheTransfersAsked)
     SimHarness sim;
     RawHost host(sim.SocketPath());
     sim.Ok({"fault", "bulk-timeout"});
-    host.SetParameters(kTileTicks, 17, 1, kGain1);
+    host.SetParameters(tileTicks, 17, 1, gain1);
     ASSERT_EQ(host.Control(0, 192, {}).status, TransferStatus::Ok);
     EXPECT_EQ(host.BulkRead(256).status, TransferStatus::Timeout);
     EXPECT_EQ(host.BulkRead(256).status, TransferStatus::Ok);
@@ -503,25 +503,25 @@ TEST(InstrumentWire, ScanStreamsPacketsAcrossTheStripAndEndsShort)
     SimHarness sim;
     sim.Ok({"strip", "builtin:primaries7", "--speed", "100"});
     RawHost host(sim.SocketPath());
-    constexpr std::uint16_t kScanTicks = 176; // about 0.012 s
-    constexpr std::uint16_t kCount = 10;
-    host.SetParameters(kScanTicks, 17, kCount, kGain1 | kScan);
+    constexpr std::uint16_t scanTicks = 176; // about 0.012 s
+    constexpr std::uint16_t count = 10;
+    host.SetParameters(scanTicks, 17, count, gain1 | scan);
     ASSERT_EQ(host.Control(0, 192, {}).status, TransferStatus::Ok);
     std::vector<std::uint8_t> stream;
-    constexpr std::uint32_t kBlock = kCount * 256 * 10;
+    constexpr std::uint32_t block = count * 256 * 10;
     while (true) {
-        const Answer block = host.BulkRead(kBlock, 10000);
-        ASSERT_TRUE(block.status == TransferStatus::Ok || block.status == TransferStatus::Short);
-        stream.insert(stream.end(), block.data.begin(), block.data.end());
-        if (block.status == TransferStatus::Short) {
+        const Answer chunk = host.BulkRead(block, 10000);
+        ASSERT_TRUE(chunk.status == TransferStatus::Ok || chunk.status == TransferStatus::Short);
+        stream.insert(stream.end(), chunk.data.begin(), chunk.data.end());
+        if (chunk.status == TransferStatus::Short) {
             break;
         }
     }
-    EXPECT_EQ(stream.size() % (kCount * 256), 0u);
+    EXPECT_EQ(stream.size() % (count * 256), 0u);
     const double travel = 12.0 / 2 + 7 * 8.0 + 12.0 / 2;
     const std::size_t measurements = stream.size() / 256;
-    EXPECT_GE(measurements, static_cast<std::size_t>(travel / (100 * kScanTicks * 6.8e-5)));
-    EXPECT_LT(measurements, static_cast<std::size_t>(travel / (100 * kScanTicks * 6.8e-5)) + kCount + 1);
+    EXPECT_GE(measurements, static_cast<std::size_t>(travel / (100 * scanTicks * 6.8e-5)));
+    EXPECT_LT(measurements, static_cast<std::size_t>(travel / (100 * scanTicks * 6.8e-5)) + count + 1);
     EXPECT_EQ(host.BulkRead(256, 100).status, TransferStatus::Timeout);
     // Paper, then the dark cyan-red side of the patches: the red end of the spectrum goes down.
     const auto pixel = [&](std::size_t measurement, std::size_t p) {

@@ -61,7 +61,7 @@ std::array<double, 3> Lab(const Spectrum36& reflectance)
 TEST(SimModel, FramesRoundTripAndRefuseWhatCannotBeFollowed)
 {
     const std::vector<std::uint8_t> frame = WireFrame::EncodeRequest({2, 77, 1500, 2560, 0}, {});
-    ASSERT_EQ(frame.size(), WireFrame::kRequestHeaderSize);
+    ASSERT_EQ(frame.size(), WireFrame::requestHeaderSize);
     EXPECT_EQ((std::vector<std::uint8_t>(frame.begin(), frame.begin() + 8)),
         (std::vector<std::uint8_t>{'O', 'B', 'S', 'M', 1, 2, 0, 0}));
     const auto header = WireFrame::DecodeRequestHeader(frame.data());
@@ -120,14 +120,14 @@ TEST(SimModel, StripsBlurAtEdgesAndBuiltinNeighboursDifferClearly)
     const std::vector<double> edge = strip.Shares(7.5, 0.0);
     EXPECT_NEAR(edge[0], 0.5, 1e-9);
     EXPECT_NEAR(edge[1], 0.5, 1e-9);
-    const std::vector<double> near = strip.Shares(7.5 + Strip::kApertureDiameter / 2 - 0.5, 1.0);
+    const std::vector<double> near = strip.Shares(7.5 + Strip::apertureDiameter / 2 - 0.5, 1.0);
     double sum = 0.0;
     for (double share : near) {
         sum += share;
     }
     EXPECT_NEAR(sum, 1.0, 1e-9);
     EXPECT_GT(near[0], 0.0);
-    EXPECT_NEAR(strip.Shares(7.5 + Strip::kApertureDiameter / 2, 0.0)[1], 1.0, 1e-9);
+    EXPECT_NEAR(strip.Shares(7.5 + Strip::apertureDiameter / 2, 0.0)[1], 1.0, 1e-9);
 
     for (const NamedStrip& builtin : SpectralTables::Strips()) {
         EXPECT_GE(builtin.patches.size(), 9u) << builtin.name;
@@ -164,10 +164,10 @@ TEST(SimModel, PixelSpectraFoldBackToTheirValues)
     const Optics& optics = engine.GetOptics();
     const Target sample = TargetCatalog::Sample("tcs03");
     const Scene scene = engine.SceneOf(sample);
-    for (int k = 0; k < Optics::kOutputs; ++k) {
+    for (int k = 0; k < Optics::outputs; ++k) {
         double sampleFold = 0.0;
         double tileFold = 0.0;
-        for (int p = 0; p < Optics::kPixels; ++p) {
+        for (int p = 0; p < Optics::pixels; ++p) {
             const double weight = optics.MatrixRows()[k][p] * optics.Responsivity()[p] * optics.LampRadiance()[p];
             sampleFold += weight * scene.reflectance[p];
             tileFold += weight * optics.TileReflectance()[p];
@@ -178,7 +178,7 @@ TEST(SimModel, PixelSpectraFoldBackToTheirValues)
     for (int p = 10; p < 120; ++p) {
         EXPECT_NEAR(grey.reflectance[p], 0.5, 0.02) << p;
     }
-    for (int k = 0; k < Optics::kOutputs; ++k) {
+    for (int k = 0; k < Optics::outputs; ++k) {
         EXPECT_GE(optics.Matrix().count[k], 3u);
         EXPECT_LE(optics.Matrix().count[k], 4u);
     }

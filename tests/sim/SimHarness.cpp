@@ -40,12 +40,12 @@ std::string JsonField(const std::string& json, const std::string& key)
     return json.substr(start, end - start);
 }
 
-RawHost::RawHost(const std::string& socketPath) : socket_(OrbelSim::UnixSocket::Connect(socketPath)) { }
+RawHost::RawHost(const std::string& socketPath) : socket(OrbelSim::UnixSocket::Connect(socketPath)) { }
 
 std::uint32_t RawHost::Send(
     TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs, const std::vector<std::uint8_t>& body)
 {
-    const std::uint32_t id = nextId_++;
+    const std::uint32_t id = nextId++;
     SendRaw(WireFrame::EncodeRequest({static_cast<std::uint8_t>(kind), id, timeoutMs, transferLength, 0}, body));
     return id;
 }
@@ -53,17 +53,17 @@ std::uint32_t RawHost::Send(
 std::optional<Answer> RawHost::Await(std::uint32_t requestId, int timeoutMs)
 {
     while (true) {
-        if (const auto found = early_.find(requestId); found != early_.end()) {
+        if (const auto found = early.find(requestId); found != early.end()) {
             Answer answer = found->second;
-            early_.erase(found);
+            early.erase(found);
             return answer;
         }
-        if (!socket_.WaitReadable(timeoutMs)) {
+        if (!socket.WaitReadable(timeoutMs)) {
             ADD_FAILURE() << "no answer to request " << requestId;
             return std::nullopt;
         }
-        std::uint8_t header[WireFrame::kAnswerHeaderSize];
-        if (!socket_.ReadExact(header, sizeof header)) {
+        std::uint8_t header[WireFrame::answerHeaderSize];
+        if (!socket.ReadExact(header, sizeof header)) {
             return std::nullopt;
         }
         const auto decoded = WireFrame::DecodeAnswerHeader(header);
@@ -72,21 +72,21 @@ std::optional<Answer> RawHost::Await(std::uint32_t requestId, int timeoutMs)
             return std::nullopt;
         }
         Answer answer{decoded->status, std::vector<std::uint8_t>(decoded->bodyLength)};
-        if (!answer.data.empty() && !socket_.ReadExact(answer.data.data(), answer.data.size())) {
+        if (!answer.data.empty() && !socket.ReadExact(answer.data.data(), answer.data.size())) {
             return std::nullopt;
         }
-        early_[decoded->requestId] = answer;
+        early[decoded->requestId] = answer;
     }
 }
 
 Answer RawHost::Control(
     std::uint8_t direction, std::uint8_t code, const std::vector<std::uint8_t>& payload, std::uint32_t inLength)
 {
-    std::vector<std::uint8_t> body(WireFrame::kControlRequestSize + payload.size(), 0);
+    std::vector<std::uint8_t> body(WireFrame::controlRequestSize + payload.size(), 0);
     body[0] = direction;
     body[1] = 2;
     body[4] = code;
-    std::copy(payload.begin(), payload.end(), body.begin() + WireFrame::kControlRequestSize);
+    std::copy(payload.begin(), payload.end(), body.begin() + WireFrame::controlRequestSize);
     const std::uint32_t length = direction == 0 ? static_cast<std::uint32_t>(payload.size()) : inLength;
     return Await(Send(TransferKind::Control, length, 0, body)).value_or(Answer{TransferStatus::NoDevice, {}});
 }
@@ -165,7 +165,7 @@ Rows RawHost::Measure(std::uint16_t ticks, std::uint16_t count, std::uint8_t fla
     return rows;
 }
 
-SimHarness::SimHarness(const std::vector<std::string>& startArgs, std::uint32_t serial) : serial_(serial)
+SimHarness::SimHarness(const std::vector<std::string>& startArgs, std::uint32_t serial) : serial(serial)
 {
     std::vector<std::string> args = {"start", "--serial", std::to_string(serial)};
     args.insert(args.end(), startArgs.begin(), startArgs.end());
@@ -185,9 +185,9 @@ ProgramResult SimHarness::Sim(std::vector<std::string> args) const
     const bool isStart = !args.empty() && args[0] == "start";
     if (!isStart && std::find(args.begin(), args.end(), "--serial") == args.end()) {
         args.push_back("--serial");
-        args.push_back(std::to_string(serial_));
+        args.push_back(std::to_string(serial));
     }
-    return ProgramRunner::Run(ORBEL_SIM_BINARY, args, "ORBEL_SIM_DIR", directory_.Path());
+    return ProgramRunner::Run(ORBEL_SIM_BINARY, args, "ORBEL_SIM_DIR", directory.Path());
 }
 
 void SimHarness::Ok(const std::vector<std::string>& args) const
@@ -196,25 +196,25 @@ void SimHarness::Ok(const std::vector<std::string>& args) const
     ASSERT_EQ(result.exitCode, 0) << result.err;
 }
 
-EepromFiles::EepromFiles(const std::vector<std::uint8_t>& image) : image_(image)
+EepromFiles::EepromFiles(const std::vector<std::uint8_t>& image) : image(image)
 {
-    const std::uint8_t* list = image_.data() + 4096;
+    const std::uint8_t* list = this->image.data() + 4096;
     if (WireFrame::GetU16(list) != 1) {
         return;
     }
     const std::uint32_t used = WireFrame::GetU16(list + 2);
     for (std::uint32_t at = 4; at + 12 <= used; at += 6) {
         const std::uint32_t address = WireFrame::GetU32(list + at + 2);
-        files_[WireFrame::GetU16(list + at)] = {address, WireFrame::GetU32(list + at + 8) - address};
+        files[WireFrame::GetU16(list + at)] = {address, WireFrame::GetU32(list + at + 8) - address};
     }
 }
 
 std::vector<std::uint32_t> EepromFiles::Words(std::uint16_t id) const
 {
-    const auto [address, size] = files_.at(id);
+    const auto [address, size] = files.at(id);
     std::vector<std::uint32_t> words;
     for (std::uint32_t at = address; at + 4 <= address + size; at += 4) {
-        words.push_back(WireFrame::GetU32(image_.data() + at));
+        words.push_back(WireFrame::GetU32(image.data() + at));
     }
     return words;
 }
@@ -231,7 +231,7 @@ std::vector<float> EepromFiles::Floats(std::uint16_t id) const
 std::uint32_t EepromFiles::SumBetween(std::uint16_t above, std::uint16_t below) const
 {
     std::uint32_t sum = 0;
-    for (const auto& [id, range] : files_) {
+    for (const auto& [id, range] : files) {
         if (id > above && id < below) {
             for (std::uint32_t word : Words(id)) {
                 sum += word;

@@ -33,10 +33,10 @@ public:
 
     std::uint32_t Send(OrbelSim::TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs,
         const std::vector<std::uint8_t>& body);
-    void SendRaw(const std::vector<std::uint8_t>& bytes) { socket_.WriteAll(bytes.data(), bytes.size()); }
+    void SendRaw(const std::vector<std::uint8_t>& bytes) { socket.WriteAll(bytes.data(), bytes.size()); }
     // The answer to a request; empty if the instrument closed the connection first.
     std::optional<Answer> Await(std::uint32_t requestId, int timeoutMs = 20000);
-    bool WaitReadable(int milliseconds) { return socket_.WaitReadable(milliseconds); }
+    bool WaitReadable(int milliseconds) { return socket.WaitReadable(milliseconds); }
 
     Answer Control(std::uint8_t direction, std::uint8_t code, const std::vector<std::uint8_t>& payload,
         std::uint32_t inLength = 0);
@@ -51,9 +51,9 @@ public:
     std::vector<std::uint8_t> Misc();
 
 private:
-    OrbelSim::UnixSocket socket_;
-    std::uint32_t nextId_ = 1;
-    std::map<std::uint32_t, Answer> early_;
+    OrbelSim::UnixSocket socket;
+    std::uint32_t nextId = 1;
+    std::map<std::uint32_t, Answer> early;
 };
 
 class SimHarness {
@@ -67,31 +67,31 @@ public:
 
     ProgramResult Sim(std::vector<std::string> args) const;
     void Ok(const std::vector<std::string>& args) const;
-    const std::string& Directory() const { return directory_.Path(); }
-    std::string SocketPath() const { return directory_ / (std::to_string(serial_) + ".sock"); }
+    const std::string& Directory() const { return directory.Path(); }
+    std::string SocketPath() const { return directory / (std::to_string(serial) + ".sock"); }
     std::string Status() const { return Sim({"status"}).out; }
 
 private:
-    TemporaryDirectory directory_;
-    std::uint32_t serial_;
+    TemporaryDirectory directory;
+    std::uint32_t serial;
 };
 
 // The EEPROM as files, by its entry list.
 class EepromFiles {
 public:
     explicit EepromFiles(const std::vector<std::uint8_t>& image);
-    bool Has(std::uint16_t id) const { return files_.count(id) > 0; }
+    bool Has(std::uint16_t id) const { return files.count(id) > 0; }
     std::vector<std::uint32_t> Words(std::uint16_t id) const;
     std::vector<float> Floats(std::uint16_t id) const;
     std::uint32_t U32(std::uint16_t id) const { return Words(id).at(0); }
     float Float(std::uint16_t id) const { return Floats(id).at(0); }
-    std::uint32_t Address(std::uint16_t id) const { return files_.at(id).first; }
+    std::uint32_t Address(std::uint16_t id) const { return files.at(id).first; }
     // The sum of the words of the files whose ids lie between these, as the checksums of the log take it.
     std::uint32_t SumBetween(std::uint16_t above, std::uint16_t below) const;
 
 private:
-    std::vector<std::uint8_t> image_;
-    std::map<std::uint16_t, std::pair<std::uint32_t, std::uint32_t>> files_;
+    std::vector<std::uint8_t> image;
+    std::map<std::uint16_t, std::pair<std::uint32_t, std::uint32_t>> files;
 };
 
 std::string JsonField(const std::string& json, const std::string& key);
