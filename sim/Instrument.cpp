@@ -1,10 +1,10 @@
 #include "sim/Instrument.h"
 
 #include <algorithm>
-#include <cmath>
 #include <sstream>
 #include <stdexcept>
 
+#include "sim/CommandTable.h"
 #include "sim/FactoryCalibration.h"
 #include "sim/SimLog.h"
 
@@ -12,50 +12,7 @@ namespace OrbelSim {
 
 namespace {
 
-constexpr std::uint8_t measureRequest = 192;
-constexpr std::uint8_t setMeasureParameters = 193;
-constexpr std::uint8_t getMeasureParameters = 194;
-constexpr std::uint8_t writeEeprom = 195;
-constexpr std::uint8_t readEeprom = 196;
-constexpr std::uint8_t writeCpld = 199;
-constexpr std::uint8_t readCpld = 200;
-constexpr std::uint8_t getMisc = 201;
-constexpr std::uint8_t reset = 202;
-
-constexpr float integrationTick = 6.8e-5f;
-constexpr double lampTickInIntegrationTicks = 130.0;
-constexpr std::size_t blockBytes = 256;
 constexpr std::size_t maxQueuedPresses = 16;
-// Keeps a wrong count from asking for more memory than a scan of minutes would.
-constexpr std::size_t maxMeasurements = 65536;
-
-struct CommandShape {
-    std::uint8_t code;
-    std::uint8_t direction;
-    std::uint32_t length;
-};
-
-constexpr CommandShape commands[] = {
-    {measureRequest, 0, 0},
-    {setMeasureParameters, 0, 8},
-    {getMeasureParameters, 1, 8},
-    {writeEeprom, 0, 8},
-    {readEeprom, 0, 8},
-    {writeCpld, 0, 6},
-    {readCpld, 1, 2},
-    {getMisc, 1, 8},
-    {reset, 0, 1},
-};
-
-const CommandShape* FindCommand(std::uint8_t code)
-{
-    for (const CommandShape& shape : commands) {
-        if (shape.code == code) {
-            return &shape;
-        }
-    }
-    return nullptr;
-}
 
 std::string Bool(bool value)
 {
@@ -78,13 +35,12 @@ std::string Quoted(const std::string& text)
 
 Instrument::Instrument(const InstrumentOptions& options)
     : serial(options.serial), clock(options.timeScale), noise(options.noise), eeprom({}),
-      engine(options.uvCut, options.noise, options.serial)
+      engine(options.uvCut, options.noise, options.serial), scheduler(engine, clock)
 {
     eeprom = Eeprom(options.eepromImage ? *options.eepromImage : FactoryCalibration::Image(engine.GetOptics(), serial));
     if (!options.eepromFile.empty()) {
         eeprom.KeepInFile(options.eepromFile);
     }
-    target = TargetCatalog::Parse("tile", engine.GetOptics().TileRecord());
 }
 
 void Instrument::SetCableListener(CableListener listener)
@@ -197,60 +153,36 @@ TransferResult Instrument::Control(std::uint32_t connection, const std::vector<s
 TransferResult Instrument::ControlLocked(Connection& connection, const std::vector<std::uint8_t>& setup,
     const std::vector<std::uint8_t>& payload, std::uint32_t length)
 {
-    if (setup.size() != WireFrame::controlRequestSize) {
-        return Refuse(TransferStatus::Stall, "control request of " + std::to_string(setup.size()) + " bytes, not 10");
+    if (const auto refusal = CommandTable::Refusal(setup, payload, length)) {
+        return Refuse(TransferStatus::Stall, *refusal);
     }
-    const std::uint8_t direction = setup[0];
-    const std::uint8_t code = setup[4];
-    if (setup[1] != 2 || setup[2] != 0) {
-        return Refuse(TransferStatus::Stall,
-            "request type " + std::to_string(setup[1]) + ", recipient " + std::to_string(setup[2]) +
-                ": only vendor requests to the device");
-    }
-    const CommandShape* shape = FindCommand(code);
-    if (!shape) {
-        return Refuse(TransferStatus::Stall, "unknown request code " + std::to_string(code));
-    }
-    if (direction != shape->direction) {
-        return Refuse(
-            TransferStatus::Stall, "request " + std::to_string(code) + " with direction " + std::to_string(direction));
-    }
-    if (length != shape->length || (direction == 0 && payload.size() != length)) {
-        return Refuse(TransferStatus::Stall,
-            "request " + std::to_string(code) + " with a payload of " +
-                std::to_string(direction == 0 ? payload.size() : length) + " bytes, not " +
-                std::to_string(shape->length));
-    }
-    return Execute(connection, code, payload);
+    return Execute(connection, CommandTable::Code(setup), payload);
 }
 
 TransferResult Instrument::Execute(Connection& connection, std::uint8_t code, const std::vector<std::uint8_t>& payload)
 {
     switch (code) {
-    case measureRequest:
+    case CommandTable::measureRequest:
         return StartMeasurement(connection);
-    case setMeasureParameters:
-        parameters.integrationTicks = WireFrame::GetU16(payload.data());
-        parameters.lampTicks = WireFrame::GetU16(payload.data() + 2);
-        parameters.count = WireFrame::GetU16(payload.data() + 4);
-        parameters.flags = payload[6];
+    case CommandTable::setMeasureParameters:
+        scheduler.SetParameters(payload);
         return {};
-    case getMeasureParameters:
-        return {TransferStatus::Ok, ParameterAnswer(), ""};
-    case writeEeprom:
+    case CommandTable::getMeasureParameters:
+        return {TransferStatus::Ok, scheduler.ParameterAnswer(), ""};
+    case CommandTable::writeEeprom:
         return StartEepromWrite(connection, payload);
-    case readEeprom:
+    case CommandTable::readEeprom:
         return StartEepromRead(connection, payload);
-    case writeCpld:
+    case CommandTable::writeCpld:
         lastCpldRegister = WireFrame::GetU16(payload.data());
         cpld[lastCpldRegister] = {WireFrame::GetU16(payload.data() + 2), WireFrame::GetU16(payload.data() + 4)};
         return {};
-    case readCpld: {
+    case CommandTable::readCpld: {
         std::vector<std::uint8_t> answer;
         WireFrame::PutU16(answer, cpld[lastCpldRegister].first);
         return {TransferStatus::Ok, answer, ""};
     }
-    case getMisc:
+    case CommandTable::getMisc:
         return {TransferStatus::Ok, MiscAnswer(), ""};
     default:
         lastReset = payload[0];
@@ -260,17 +192,6 @@ TransferResult Instrument::Execute(Connection& connection, std::uint8_t code, co
         lampOn = false;
         return {};
     }
-}
-
-std::vector<std::uint8_t> Instrument::ParameterAnswer() const
-{
-    std::vector<std::uint8_t> answer;
-    WireFrame::PutU16(answer, parameters.integrationTicks);
-    WireFrame::PutU16(answer, parameters.lampTicks);
-    WireFrame::PutU16(answer, parameters.count);
-    answer.push_back(parameters.flags);
-    answer.push_back(0);
-    return answer;
 }
 
 std::vector<std::uint8_t> Instrument::MiscAnswer()
@@ -314,64 +235,16 @@ TransferResult Instrument::StartEepromWrite(Connection& connection, const std::v
 
 TransferResult Instrument::StartMeasurement(Connection& connection)
 {
-    const MeasureParameters p = parameters;
-    if (p.count == 0) {
+    if (scheduler.Parameters().count == 0) {
         return Refuse(TransferStatus::Stall, "measurement request with a count of 0");
     }
-    const double integrationTime = static_cast<float>(p.integrationTicks * integrationTick);
-    const double lampTime = p.lampTicks * lampTickInIntegrationTicks * integrationTick;
-    const int gain = (p.flags & 0x04) ? 1 : 0;
-    const bool lampLit = (p.flags & 0x02) == 0;
-    const bool scan = (p.flags & 0x01) != 0;
-    connection.pending = scan ? Scan(gain, integrationTime, lampTime, lampLit)
-                              : SingleMeasurement(gain, integrationTime, lampTime, lampLit);
+    connection.pending = scheduler.Start();
     if (connection.pending->bytes.empty()) {
         connection.pending.reset();
         return Refuse(TransferStatus::Stall, "measurement request for more than 65536 measurements");
     }
-    lampOn = lampLit && (p.flags & 0x08) != 0;
+    lampOn = scheduler.LampOnAfter();
     return {};
-}
-
-Instrument::PendingData Instrument::SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampLit)
-{
-    PendingData data;
-    const std::size_t count = parameters.count;
-    const Scene scene = engine.SceneOf(target);
-    for (std::size_t i = 0; i < count; ++i) {
-        Sensor::AppendBlock(data.bytes, engine.Read(scene, lampLit, gain, integrationTime));
-    }
-    data.readiness.emplace_back(data.bytes.size(), clock.After(clock.Now(), lampTime + count * integrationTime));
-    ++(lampLit ? counters.measurements : counters.darkMeasurements);
-    return data;
-}
-
-Instrument::PendingData Instrument::Scan(int gain, double integrationTime, double lampTime, bool lampLit)
-{
-    PendingData data;
-    data.scan = true;
-    const Strip drawn = strip ? *strip : Strip::Uniform(target);
-    std::vector<Scene> scenes;
-    for (const Patch& patch : drawn.Patches()) {
-        scenes.push_back(engine.SceneOf(patch.target));
-    }
-    const double step = speed * integrationTime;
-    const std::size_t count = parameters.count;
-    const std::size_t along = step > 0.0 ? static_cast<std::size_t>(std::floor(drawn.Travel() / step)) + 1 : 1;
-    const std::size_t measurements = (along + count - 1) / count * count;
-    if (measurements > maxMeasurements) {
-        return data;
-    }
-    const auto start = clock.Now();
-    for (std::size_t i = 0; i < measurements; ++i) {
-        const double travelled = std::min(static_cast<double>(i) * step, drawn.Travel());
-        const double smear = i + 1 < along ? step : 0.0;
-        const Scene scene = MeasurementEngine::Mix(scenes, drawn.Shares(travelled, smear));
-        Sensor::AppendBlock(data.bytes, engine.Read(scene, lampLit, gain, integrationTime));
-        data.readiness.emplace_back(data.bytes.size(), clock.After(start, lampTime + (i + 1) * integrationTime));
-    }
-    ++counters.scans;
-    return data;
 }
 
 TransferResult Instrument::BulkRead(
@@ -578,7 +451,7 @@ void Instrument::Place(const std::string& spec)
 {
     Target parsed = TargetCatalog::Parse(spec, engine.GetOptics().TileRecord());
     std::lock_guard<std::mutex> lock(mutex);
-    target = std::move(parsed);
+    scheduler.Place(std::move(parsed));
 }
 
 void Instrument::SetStrip(const std::string& spec, double speedMmPerSecond)
@@ -588,8 +461,7 @@ void Instrument::SetStrip(const std::string& spec, double speedMmPerSecond)
     }
     Strip parsed = Strip::Parse(spec);
     std::lock_guard<std::mutex> lock(mutex);
-    strip = std::move(parsed);
-    speed = speedMmPerSecond;
+    scheduler.SetStrip(std::move(parsed), speedMmPerSecond);
 }
 
 void Instrument::BreakLogFile(std::uint16_t id)
@@ -644,7 +516,7 @@ void Instrument::Plug()
             throw std::invalid_argument("the instrument is plugged in already");
         }
         plugged = true;
-        parameters = MeasureParameters{};
+        scheduler.ResetParameters();
         cpld.clear();
         eyLatch_ = false;
     }
@@ -654,25 +526,27 @@ void Instrument::Plug()
 std::string Instrument::StatusJson() const
 {
     std::lock_guard<std::mutex> lock(mutex);
+    const MeasureParameters& parameters = scheduler.Parameters();
+    const MeasurementScheduler::Counts& done = scheduler.Done();
     std::size_t live = 0;
     for (const auto& [id, connection] : connections) {
         live += connection.gone ? 0 : 1;
     }
     std::ostringstream json;
     json << "{\"serial\":" << serial << ",\"path\":\"sim:" << serial << "\",\"plugged\":" << Bool(plugged)
-         << ",\"target\":" << Quoted(target.description)
-         << ",\"strip\":" << (strip ? Quoted(strip->Description()) : std::string("null")) << ",\"speed\":" << speed
-         << ",\"key_latch\":" << Bool(eyLatch_) << ",\"filter\":\"" << (engine.GetOptics().UvCut() ? "uv-cut" : "none")
-         << "\",\"noise\":" << Bool(noise) << ",\"time_scale\":" << clock.Scale() << ",\"lamp_on\":" << Bool(lampOn)
-         << ",\"connections\":" << live << ",\"last_reset\":" << lastReset
-         << ",\"parameters\":{\"integration_ticks\":" << parameters.integrationTicks
+         << ",\"target\":" << Quoted(scheduler.Placed().description)
+         << ",\"strip\":" << (scheduler.Drawn() ? Quoted(scheduler.Drawn()->Description()) : std::string("null"))
+         << ",\"speed\":" << scheduler.Speed() << ",\"key_latch\":" << Bool(eyLatch_) << ",\"filter\":\""
+         << (engine.GetOptics().UvCut() ? "uv-cut" : "none") << "\",\"noise\":" << Bool(noise)
+         << ",\"time_scale\":" << clock.Scale() << ",\"lamp_on\":" << Bool(lampOn) << ",\"connections\":" << live
+         << ",\"last_reset\":" << lastReset << ",\"parameters\":{\"integration_ticks\":" << parameters.integrationTicks
          << ",\"lamp_ticks\":" << parameters.lampTicks << ",\"count\":" << parameters.count
          << ",\"flags\":" << static_cast<int>(parameters.flags) << "},\"counters\":{\"control\":" << counters.control
          << ",\"bulk_in\":" << counters.bulkIn << ",\"bulk_in_cancelled\":" << counters.bulkInCancelled
          << ",\"bulk_out\":" << counters.bulkOut << ",\"interrupts\":" << counters.interrupts
          << ",\"stalls\":" << counters.stalls << ",\"timeouts\":" << counters.timeouts
-         << ",\"measurements\":" << counters.measurements << ",\"dark_measurements\":" << counters.darkMeasurements
-         << ",\"scans\":" << counters.scans << ",\"presses\":" << counters.presses
+         << ",\"measurements\":" << done.measurements << ",\"dark_measurements\":" << done.darkMeasurements
+         << ",\"scans\":" << done.scans << ",\"presses\":" << counters.presses
          << ",\"eeprom_bytes_written\":" << counters.eepromBytesWritten << ",\"resets\":" << counters.resets
          << "},\"faults\":" << faults.Json() << "}";
     return json.str();

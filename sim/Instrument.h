@@ -49,8 +49,9 @@
 #include "sim/Eeprom.h"
 #include "sim/Faults.h"
 #include "sim/MeasurementEngine.h"
+#include "sim/MeasurementScheduler.h"
+#include "sim/PendingData.h"
 #include "sim/SimClock.h"
-#include "sim/Strip.h"
 #include "sim/WireFrame.h"
 
 namespace OrbelSim {
@@ -111,14 +112,6 @@ public:
     std::string StatusJson() const;
 
 private:
-    struct PendingData {
-        std::vector<std::uint8_t> bytes;
-        // (end of a prefix, when that prefix is ready), in rising order.
-        std::vector<std::pair<std::size_t, SimClock::Clock::time_point>> readiness;
-        std::size_t delivered = 0;
-        bool scan = false;
-    };
-
     struct Connection {
         std::optional<PendingData> pending;
         std::uint32_t writeAddress = 0;
@@ -130,13 +123,6 @@ private:
         bool gone = false;
     };
 
-    struct MeasureParameters {
-        std::uint16_t integrationTicks = 300;
-        std::uint16_t lampTicks = 17;
-        std::uint16_t count = 4;
-        std::uint8_t flags = 0;
-    };
-
     struct Counters {
         std::uint64_t control = 0;
         std::uint64_t bulkIn = 0;
@@ -145,9 +131,6 @@ private:
         std::uint64_t interrupts = 0;
         std::uint64_t stalls = 0;
         std::uint64_t timeouts = 0;
-        std::uint64_t measurements = 0;
-        std::uint64_t darkMeasurements = 0;
-        std::uint64_t scans = 0;
         std::uint64_t presses = 0;
         std::uint64_t eepromBytesWritten = 0;
         std::uint64_t resets = 0;
@@ -168,9 +151,6 @@ private:
     TransferResult StartEepromRead(Connection& connection, const std::vector<std::uint8_t>& payload);
     TransferResult StartEepromWrite(Connection& connection, const std::vector<std::uint8_t>& payload);
     std::vector<std::uint8_t> MiscAnswer();
-    std::vector<std::uint8_t> ParameterAnswer() const;
-    PendingData SingleMeasurement(int gain, double integrationTime, double lampTime, bool lampLit);
-    PendingData Scan(int gain, double integrationTime, double lampTime, bool lampLit);
     TransferResult BulkReadLocked(
         Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs, std::uint32_t requestId);
     bool TakeBulkCancel(Connection& connection, std::uint32_t requestId);
@@ -186,15 +166,12 @@ private:
     bool noise;
     Eeprom eeprom;
     MeasurementEngine engine;
+    MeasurementScheduler scheduler;
     bool plugged = true;
     std::uint32_t nextConnection = 1;
     std::map<std::uint32_t, Connection> connections;
-    MeasureParameters parameters;
     std::map<std::uint16_t, std::pair<std::uint16_t, std::uint16_t>> cpld;
     std::uint16_t lastCpldRegister = 0;
-    Target target;
-    std::optional<Strip> strip;
-    double speed = Strip::defaultSpeed;
     Faults faults;
     Counters counters;
     bool eyLatch_ = false;
