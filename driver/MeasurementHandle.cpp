@@ -5,6 +5,7 @@
 #include <string>
 
 #include "driver/ConditionItems.h"
+#include "driver/StateIds.h"
 #include "driver/platform/Timing_PC.h"
 #include "utilities/Exception.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -15,8 +16,6 @@
 namespace DeviceDriver {
 
 namespace {
-
-constexpr uint16_t calibrationSerialState = 30002;
 
 // One named lock per connection for the whole process, made on first use.
 class ConnectionLocks {
@@ -212,7 +211,7 @@ Utilities::String MeasurementHandle::GetLastError()
 bool MeasurementHandle::GetState(uint16_t id, long& value)
 {
     SetLastError(noError);
-    const bool usable = id == calibrationSerialState ? !driver.IsNull() : IsOpen();
+    const bool usable = id == StateIds::connected ? !driver.IsNull() : IsOpen();
     if (!usable) {
         SetLastError(notOpen);
         return false;

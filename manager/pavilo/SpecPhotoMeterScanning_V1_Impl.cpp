@@ -1,6 +1,7 @@
 #include "manager/pavilo/SpecPhotoMeterScanning_V1_Impl.h"
 
 #include "cmetry/HvSpectrum.h"
+#include "driver/StateIds.h"
 #include "manager/ExceptionHviModule.h"
 #include "manager/pavilo/PhysicalConditionItems.h"
 #include "manager/pavilo/RecognitionMarvane.h"
@@ -14,13 +15,11 @@ using CMetry::HvSample;
 using DeviceDriver::ConfigurationData;
 using DeviceDriver::RemissionScanHandle;
 using DeviceDriver::SpectrumData;
+using DeviceDriver::StateIds;
 using Utilities::SmartPointer;
 using Items = PhysicalConditionItems;
 
 namespace {
-
-constexpr uint16_t stateFilter = 30005;
-constexpr long filterUVCut = 2;
 
 // Ten readings a position unless the client gives its own count, which the instrument takes
 // from the replacement item.
@@ -37,11 +36,6 @@ void SetCalibrationItems(ConfigurationData& items)
     Items::SetReflectanceItems(items, 100, false, true);
 }
 
-Utilities::String Translated(const char* text)
-{
-    return Utilities::LanguageTranslator().Translate(text);
-}
-
 }
 
 SpecPhotoMeterScanning_V1_Impl::SpecPhotoMeterScanning_V1_Impl(SmartPointer<RemissionScanHandle> scanHandle)
@@ -53,11 +47,11 @@ SpecPhotoMeterScanning_V1_Impl::SpecPhotoMeterScanning_V1_Impl(SmartPointer<Remi
 void SpecPhotoMeterScanning_V1_Impl::LockHandle(bool translateLockFailure)
 {
     if (handle.IsNull()) {
-        throw ExceptionHviModule(Translated("Unable to access Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to access Pavilo"));
     }
     if (!handle->Lock()) {
         const char* text = "Unable to Lock RemissionScanHandle of Pavilo";
-        throw ExceptionHviModule(translateLockFailure ? Translated(text) : Utilities::String(text));
+        throw ExceptionHviModule(translateLockFailure ? Utilities::Translated(text) : Utilities::String(text));
     }
 }
 
@@ -153,7 +147,7 @@ void SpecPhotoMeterScanning_V1_Impl::Calibrate()
         FailWithHandleError();
     }
     long filter = 0;
-    if (handle->GetState(stateFilter, filter) && filter == filterUVCut) {
+    if (handle->GetState(StateIds::filter, filter) && filter == StateIds::filterUVCut) {
         conditions.SetCondition("Physical.Filter", "UVCut");
     }
     handle->Unlock();
