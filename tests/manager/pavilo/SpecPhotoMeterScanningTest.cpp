@@ -14,7 +14,7 @@
 #include "driver/RemissionScanHandle.h"
 #include "manager/pavilo/SpecPhotoMeterScanning_V1_Impl.h"
 #include "sim/SpectralTables.h"
-#include "tests/driver/PaviloSimFixture.h"
+#include "tests/manager/pavilo/PaviloHandleFixture.h"
 #include "utilities/Exception.h"
 
 namespace {
@@ -218,6 +218,36 @@ TEST_F(SpecPhotoMeterScanningTest, TheClientsCountGoesThroughItem9189)
     EXPECT_EQ(Item(2010), 10u);
     EXPECT_EQ(Item(9189), 12u);
     EXPECT_EQ(scanning.GetSamples().GetElementCount() % 12, 0u);
+}
+
+// A scan handle whose fetch of the scan and question of a state fail with a fault of the host.
+class FaultyScanHandle : public RemissionScanHandle {
+public:
+    bool GetScan(DeviceDriver::SpectrumDataFifo*&) override { throw std::runtime_error("fault in the fetch"); }
+    bool GetState(uint16_t, long&) override { throw std::runtime_error("fault in the question"); }
+};
+
+class SpecPhotoMeterScanningFaultTest : public HviManagerTest::PaviloHandleFixture { };
+
+TEST_F(SpecPhotoMeterScanningFaultTest, AFaultInsideAnOperationLeavesTheLockToTheNextCaller)
+{
+    sim.Command({"place", "tile"});
+    const SmartPointer<FaultyScanHandle> handle = OpenHandle<FaultyScanHandle>();
+    SpecPhotoMeterScanning_V1_Impl scanning(handle);
+    const std::pair<const char*, std::function<void()>> operations[] = {
+        {"Calibrate", [&] { scanning.Calibrate(); }},
+        {"GetSamples", [&] { scanning.GetSamples(); }},
+        {"GetRecognizedSamples", [&] { scanning.GetRecognizedSamples(); }},
+    };
+    for (const auto& [name, operation] : operations) {
+        DrawStripOf(20);
+        if (std::string(name) != "Calibrate") {
+            scanning.Measure(-1);
+        }
+        EXPECT_THROW(operation(), std::runtime_error) << name;
+        EXPECT_TRUE(LockIsFreeForOtherThreads(handle)) << name;
+    }
+    handle->Close();
 }
 
 TEST(SpecPhotoMeterScanningWithoutHandleTest, FailsWithoutTouchingAnything)
