@@ -325,58 +325,78 @@ void PaviloLowLevelDriver::WriteFile()
     throw ExceptionOutOfBound(Utilities::Translated("Function not available"));
 }
 
+// The conditions that a measurement or a scan sends, read once from the items.
+struct PaviloLowLevelDriver::Request {
+    explicit Request(const ConfigurationData& conditions)
+        : count(std::min(U32Of(conditions, Items::count), WireCountLimit)), gain(U32Of(conditions, Items::gain)),
+          integrationTime(FloatOf(conditions, Items::integrationTime)), lampTime(FloatOf(conditions, Items::lampTime)),
+          lampOff(U32Of(conditions, Items::lampOffDuringMeasurement) != 0),
+          wrapThreshold(U32Of(conditions, Items::wrapThreshold))
+    {
+    }
+
+    // The lamp burns for the readings of each packet, after its lead time.
+    double LampSeconds(std::uint32_t packets) const
+    {
+        return static_cast<double>(count) * packets * integrationTime + lampTime;
+    }
+
+    // How long the instrument may take for one packet, half a second of it for the wire.
+    std::uint32_t WaitSeconds() const { return static_cast<std::uint32_t>(std::max(LampSeconds(1) + 0.5, 0.0)); }
+
+    // The readings of one packet, or one reading of it, with the settings they were made with.
+    void Fill(SensorData& sensor, const std::uint8_t* firstBlock, std::uint32_t blocks) const
+    {
+        Vector<Vector<long>> rows(blocks);
+        for (std::uint32_t block = 0; block < blocks; ++block) {
+            rows[block] = PixelsOf(firstBlock + block * BlockSize, wrapThreshold);
+        }
+        sensor.SetRaw(rows);
+        sensor.SetGain(gain);
+        sensor.SetIntegrationTime(integrationTime);
+    }
+
+    const std::uint32_t count;
+    const std::uint32_t gain;
+    const float integrationTime;
+    const float lampTime;
+    const bool lampOff;
+    const std::uint32_t wrapThreshold;
+};
+
 void PaviloLowLevelDriver::Measure(SensorData& sensor, ConfigurationData& conditions)
 {
-    const std::uint32_t count = std::min(U32Of(conditions, Items::count), WireCountLimit);
-    const std::uint32_t gain = U32Of(conditions, Items::gain);
-    const float integrationTime = FloatOf(conditions, Items::integrationTime);
-    const float lampTime = FloatOf(conditions, Items::lampTime);
-    const bool lampOff = U32Of(conditions, Items::lampOffDuringMeasurement) != 0;
-    const std::uint32_t wrapThreshold = U32Of(conditions, Items::wrapThreshold);
-    const double lampSeconds = static_cast<double>(count) * integrationTime + lampTime;
-    const auto wait = static_cast<std::uint32_t>(std::max(lampSeconds + 0.5, 0.0));
-
-    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(count) * BlockSize);
-    RequestMeasurement(buffer.data(), static_cast<std::uint32_t>(buffer.size()), wait);
-
-    Vector<Vector<long>> rows(count);
-    for (std::uint32_t block = 0; block < count; ++block) {
-        rows[block] = PixelsOf(buffer.data() + block * BlockSize, wrapThreshold);
+    const Request request(conditions);
+    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(request.count) * BlockSize);
+    RequestMeasurement(buffer.data(), static_cast<std::uint32_t>(buffer.size()), request.WaitSeconds());
+    request.Fill(sensor, buffer.data(), request.count);
+    if (request.lampOff) {
+        CountInLog(LogRecords::darkMeasurements);
+    } else {
+        BookLampUse(LogRecords::lampMeasurements, request.integrationTime, request.LampSeconds(1));
     }
-    sensor.SetRaw(rows);
-    sensor.SetGain(gain);
-    sensor.SetIntegrationTime(integrationTime);
-    BookMeasurement(lampOff, integrationTime, lampSeconds);
 }
 
 void PaviloLowLevelDriver::MeasureScan(SensorDataFifo& fifo, ConfigurationData& conditions)
 {
     fifo.SetFinished(false);
-    const std::uint32_t count = std::min(U32Of(conditions, Items::count), WireCountLimit);
-    const std::uint32_t gain = U32Of(conditions, Items::gain);
-    const float integrationTime = FloatOf(conditions, Items::integrationTime);
-    const float lampTime = FloatOf(conditions, Items::lampTime);
-    const bool lampOff = U32Of(conditions, Items::lampOffDuringMeasurement) != 0;
-    const std::uint32_t wrapThreshold = U32Of(conditions, Items::wrapThreshold);
-    const double wait = static_cast<double>(count) * integrationTime + lampTime + 0.5;
-
+    const Request request(conditions);
     std::uint32_t packets = 0;
     try {
-        functionality.StartScan(count * BlockSize, static_cast<std::uint32_t>(std::max(wait, 0.0)));
-        packets = DrainScan(fifo, count, gain, integrationTime, wrapThreshold);
+        functionality.StartScan(request.count * BlockSize, request.WaitSeconds());
+        packets = DrainScan(fifo, request);
     } catch (const ExceptionPaviloCommunication& failure) {
         RaiseAfterReset(ResetCodes::measurement, "Measurement Error: ", failure);
     }
     fifo.SetFinished(true);
-    if (!lampOff) {
-        BookScan(integrationTime, static_cast<double>(count) * packets * integrationTime + lampTime);
+    if (!request.lampOff) {
+        BookLampUse(LogRecords::scans, request.integrationTime, request.LampSeconds(packets));
     }
 }
 
-std::uint32_t PaviloLowLevelDriver::DrainScan(
-    SensorDataFifo& fifo, std::uint32_t count, std::uint32_t gain, float integrationTime, std::uint32_t wrapThreshold)
+std::uint32_t PaviloLowLevelDriver::DrainScan(SensorDataFifo& fifo, const Request& request)
 {
-    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(count) * BlockSize);
+    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(request.count) * BlockSize);
     std::uint32_t packets = 0;
     for (;;) {
         std::uint32_t size = static_cast<std::uint32_t>(buffer.size());
@@ -385,27 +405,12 @@ std::uint32_t PaviloLowLevelDriver::DrainScan(
             return packets;
         }
         ++packets;
-        for (std::uint32_t block = 0; block < count; ++block) {
-            Vector<Vector<long>> row(1);
-            row[0] = PixelsOf(buffer.data() + block * BlockSize, wrapThreshold);
-            SensorData measurement;
-            measurement.SetRaw(row);
-            measurement.SetGain(gain);
-            measurement.SetIntegrationTime(integrationTime);
-            fifo.Push(measurement);
+        for (std::uint32_t block = 0; block < request.count; ++block) {
+            SensorData reading;
+            request.Fill(reading, buffer.data() + block * BlockSize, 1);
+            fifo.Push(reading);
         }
     }
-}
-
-void PaviloLowLevelDriver::BookScan(float integrationTime, double lampSeconds)
-{
-    logData->SetFloat(LogRecords::lastIntegrationTime, integrationTime);
-    logData->SetU32(LogRecords::scans, U32Of(*logData, LogRecords::scans) + 1);
-    logData->SetFloat(
-        LogRecords::lampSeconds, static_cast<float>(FloatOf(*logData, LogRecords::lampSeconds) + lampSeconds));
-    logData->Mark(LogRecords::lastIntegrationTime, true);
-    logData->Mark(LogRecords::scans, true);
-    logData->Mark(LogRecords::lampSeconds, true);
 }
 
 void PaviloLowLevelDriver::RequestMeasurement(std::uint8_t* buffer, std::uint32_t size, std::uint32_t wait)
@@ -433,19 +438,19 @@ Vector<long> PaviloLowLevelDriver::PixelsOf(const std::uint8_t* block, std::uint
     return pixels;
 }
 
-void PaviloLowLevelDriver::BookMeasurement(bool lampOff, float integrationTime, double lampSeconds)
+void PaviloLowLevelDriver::CountInLog(std::uint16_t counter)
 {
-    if (lampOff) {
-        logData->SetU32(LogRecords::darkMeasurements, U32Of(*logData, LogRecords::darkMeasurements) + 1);
-        logData->Mark(LogRecords::darkMeasurements, true);
-        return;
-    }
+    logData->SetU32(counter, U32Of(*logData, counter) + 1);
+    logData->Mark(counter, true);
+}
+
+void PaviloLowLevelDriver::BookLampUse(std::uint16_t counter, float integrationTime, double lampSeconds)
+{
+    CountInLog(counter);
     logData->SetFloat(LogRecords::lastIntegrationTime, integrationTime);
-    logData->SetU32(LogRecords::lampMeasurements, U32Of(*logData, LogRecords::lampMeasurements) + 1);
     logData->SetFloat(
         LogRecords::lampSeconds, static_cast<float>(FloatOf(*logData, LogRecords::lampSeconds) + lampSeconds));
     logData->Mark(LogRecords::lastIntegrationTime, true);
-    logData->Mark(LogRecords::lampMeasurements, true);
     logData->Mark(LogRecords::lampSeconds, true);
 }
 
