@@ -274,6 +274,7 @@ bool MeasurementHandle::Lock(unsigned long timeoutMs)
         Utilities::Mutex lock = TheConnectionLocks().For(connection.ToStdString());
         return lock.Lock(timeoutMs);
     } catch (...) {
+        // A lock that can't even be made is a lock not had; the caller reports it.
         return false;
     }
 }
@@ -285,6 +286,7 @@ void MeasurementHandle::Unlock()
             TheConnectionLocks().For(connection.ToStdString()).Unlock();
         }
     } catch (...) {
+        // Unlocking runs on the way out of failures: it must not raise one of its own.
         return;
     }
 }

@@ -242,6 +242,7 @@ bool PaviloFunctionality_PC::OpenDevice(const Utilities::String& address)
         device = Utilities::SmartPointer<PaviloUSBDevice>(new PaviloUSBDevice(this, path));
         return true;
     } catch (...) {
+        // The low-level driver answers false with "Unable to open the device".
         return false;
     }
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <thread>
 
+#include "diagnostics/DebugTraceItem.h"
 #include "driver/PaviloFunctionalityByte.h"
 #include "driver/platform/Timing_PC.h"
 #include "driver/platform/UsbPlatforms.h"
@@ -30,6 +31,14 @@ constexpr std::uint32_t largestBlock = 65535;
 constexpr std::uint32_t stripStartPauseMs = 500;
 // Real instruments are not looked for until their ids come from the settings file.
 constexpr std::uint16_t unknownUsbId = 0;
+
+// A failure that can't go further is at least kept in the trace.
+void TraceEndedFailure(const char* function, const char* what)
+{
+    Diagnostics::DebugTraceItem trace("DeviceDriver", "PaviloUSBDevice", function);
+    trace.AddParameter(what);
+    trace.LogCall();
+}
 
 Utilities::String Failure(const char* what, const UsbResult& result)
 {
@@ -195,6 +204,8 @@ bool PaviloUSBDevice::Open()
     try {
         opened = OpenPipesAndListener();
     } catch (...) {
+        // The caller learns of the failure from the answer false; the trace keeps that it was raised.
+        TraceEndedFailure("Open", "opening raised a failure; the device stays closed");
     }
     if (!opened) {
         Shutdown();
@@ -285,6 +296,8 @@ void PaviloUSBDevice::InterruptOccurred(long value)
     try {
         notifiers.back()->Start();
     } catch (...) {
+        // A thread that can't start is an event lost; the listener must go on listening.
+        TraceEndedFailure("InterruptOccurred", "the notifier thread did not start; the event is lost");
         notifiers.pop_back();
         --runningNotifiers;
     }
@@ -302,6 +315,9 @@ void PaviloUSBDevice::NotifyObservers(long value, Notifier* notifier)
         try {
             owner->NotifyObservers(value);
         } catch (...) {
+            // No caller waits on this thread, and the notifier must still count itself finished,
+            // or Shutdown would wait for it in vain.
+            TraceEndedFailure("NotifyObservers", "an observer raised a failure");
         }
     }
     const Utilities::MutexLock held(deviceMutex);
@@ -348,6 +364,9 @@ void PaviloUSBDevice::CloseConnections()
         interruptLatch.reset();
         open = false;
     } catch (...) {
+        // Closing runs on the way out of failures and on the listener's thread, where nothing may
+        // escape; what was to be dropped is dropped or gone with the failure.
+        TraceEndedFailure("CloseConnections", "closing raised a failure");
     }
 }
 
