@@ -43,6 +43,7 @@ int32_t OB_IsConnected(void)
     try {
         return Orbel::Instance().IsConnected() ? OB_NoError : OB_DeviceNotConnected;
     } catch (...) {
+        // No exception may cross the C boundary: a failure outside the module's family answers as unknown.
         return OB_UnknownError;
     }
 }
@@ -55,6 +56,7 @@ int32_t OB_KeyPressed(void)
     } catch (const OrbelApiError& error) {
         return error.Code();
     } catch (...) {
+        // No exception may cross the C boundary: a failure outside the module's family answers as unknown.
         return OB_UnknownError;
     }
 }
@@ -64,6 +66,7 @@ int32_t OB_GetNumberOfAvailableSamples(void)
     try {
         return ParseDecimal(OB_GetDeviceInfo("AvailableSamples"));
     } catch (...) {
+        // -1 is this function's answer for a count that can't be had, whatever the reason.
         return -1;
     }
 }

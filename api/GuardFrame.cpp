@@ -37,6 +37,7 @@ int32_t GuardFrame::ReadStoredCode()
     } catch (const Utilities::Exception& failure) {
         return OrbelApiError(failure).Code();
     } catch (...) {
+        // Not even the stored code can be read; no exception may cross the C boundary.
         return OB_UnknownError;
     }
 }
@@ -60,6 +61,7 @@ const char* GuardFrame::HoldEscapedMessage(const Utilities::Exception& failure) 
         escapedMessage = *failure.Text();
         return escapedMessage.CString();
     } catch (...) {
+        // The copy of the text failed, for want of memory: a fixed text is all that is left.
         return unknownException;
     }
 }

@@ -43,6 +43,8 @@ private:
     static constexpr const char* unknownError = "Unknown Error";
 };
 
+// Each frame ends in catch (...): a failure outside the module's family, or one raised while a
+// failure is stored, must not cross the C boundary; the host gets the frame's fixed answer.
 template<class Body>
 int32_t GuardFrame::RunStatus(Body&& body) noexcept
 {

@@ -61,6 +61,7 @@ void BlackBody::TakeGrid(const HvMeasureConditions& conditions)
     }
 }
 
+// Planck's law of black-body radiation: Planck 1900, with constants of CODATA 1973.
 HvSpectrum BlackBody::GetSpectrum(float temperature) const
 {
     std::array<float, HvSpectrum::numberOfValues> values{};

@@ -60,6 +60,7 @@ LChDifference DifferenceOf(const HvColorVector& standard, const HvColorVector& s
     return {lightness, chroma, std::sqrt(std::fabs(length * length - lightness * lightness - chroma * chroma))};
 }
 
+// CIE 1976 ΔE*ab and ΔE*uv: CIE 15:2004, Colorimetry, 3rd edition.
 float EuclideanDifference(
     const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, const HvMeasureConditions& conditions, SpectrumWay way)
 {
@@ -83,6 +84,10 @@ struct PQS {
     double s;
 };
 
+// FMC-II: Chickering, J. Opt. Soc. Am. 61 (1971).
+// Some constants of FMC-II and CMC are float literals widened to double, 0.55669f being
+// 0.556689977645874: the module has always computed with these, and the decimals they round
+// would move its values in the last digits.
 PQS ToPQS(const HvColorVector& xyz)
 {
     const double x = xyz[0];
@@ -128,6 +133,7 @@ float FMCIIDifference(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, 
     return FMCIIDifference(xyz1, xyz2);
 }
 
+// CMC(l:c): Clarke, McDonald and Rigg, J. Soc. Dyers Col. 100 (1984); BS 6923:1988.
 double CMCHueWeight(double hue)
 {
     if (hue >= 164.0 && hue <= 345.0) {
@@ -154,6 +160,7 @@ float CMCDifference(const HvColorVector& lab1, const HvColorVector& lab2, double
     return static_cast<float>(std::sqrt(termL * termL + termC * termC + termH * termH));
 }
 
+// CIE 1994 ΔE*94: CIE 116-1995, Industrial colour-difference evaluation.
 float CIE1994Difference(const HvColorVector& lab1, const HvColorVector& lab2, const Parameters& k)
 {
     if (k.p1 == 0.0f || k.p2 == 0.0f || k.p3 == 0.0f) {
@@ -218,6 +225,8 @@ float DifferenceOfVectors(const HvColorVector& vector1, const HvColorVector& vec
     return static_cast<float>(lab1.GetLength());
 }
 
+// Metamerism index under a change of illuminant, CIE 15:2004, with the multiplicative
+// correction of Fairman, Color Res. Appl. 12 (1987).
 float MetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, const HvMeasureConditions& conditions,
     const IlluminationTYPE& illumination)
 {

@@ -38,6 +38,7 @@ WhitePoint WhiteOf(const HvMeasureConditions& conditions)
     return {weightfactors->GetWhitePoint(0), weightfactors->GetWhitePoint(1), weightfactors->GetWhitePoint(2)};
 }
 
+// CIE 1976 L*a*b*: CIE 15:2004; the float slope 7.787 and offset 16/116 widen to double as ever.
 double LabFunction(double t)
 {
     if (t > cubeRootThreshold) {
@@ -70,6 +71,7 @@ void SetColorSpace(HvColorVector& vector, const char* keyword)
     vector.GetConditions().SetCondition(String(ConditionKey::colorSpace), String(keyword));
 }
 
+// CIE 1976 UCS: CIE 15:2004.
 // u', v' of the CIE 1976 diagram, and Y as it is.
 bool UVY1976(const HvColorVector& vector, std::array<double, 3>& uvY)
 {
@@ -123,6 +125,7 @@ void ConvertLabToXYZ(const HvColorVector& lab, HvColorVector& xyz)
     Write(xyz, lab, value[0], value[1], value[2]);
 }
 
+// CIE 1976 lightness, chroma and hue angle: CIE 15:2004.
 void ConvertRectangularToPolar(const HvColorVector& rectangular, HvColorVector& polar)
 {
     const double a = rectangular[1];
@@ -145,6 +148,7 @@ void ConvertPolarToRectangular(const HvColorVector& polar, HvColorVector& rectan
     Write(rectangular, polar, polar[0], chroma * std::cos(hue), chroma * std::sin(hue));
 }
 
+// Chromaticity coordinates: CIE 15:2004.
 bool ConvertXYZToxyY(const HvColorVector& xyz, HvColorVector& xyY)
 {
     std::array<double, 3> tristimulus = {xyz[0], xyz[1], xyz[2]};
@@ -173,6 +177,7 @@ bool ConvertTouvY1976(const HvColorVector& vector, HvColorVector& uvY)
     return true;
 }
 
+// CIE 1960 UCS, v = 2/3 v′: MacAdam 1937; CIE 15:2004.
 bool ConvertTouvY1960(const HvColorVector& vector, HvColorVector& uvY)
 {
     if (!ConvertTouvY1976(vector, uvY)) {

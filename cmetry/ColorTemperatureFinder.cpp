@@ -23,6 +23,8 @@ constexpr float goldenSection = 0.61803f;
     throw ExceptionCMetry(TranslatedMessage("Calculation of ColorTemperature failed"));
 }
 
+// Correlated colour temperature, the nearest point of the Planckian locus in the CIE 1960 UCS:
+// CIE 15:2004.
 // Only compared, never shown: the square of the squared distance in the uv plane.
 float Distance(const HvColorVector& uv, const HvColorVector& target)
 {

@@ -24,6 +24,7 @@ constexpr uint16_t peakSearchFirst = 410;
 constexpr uint16_t peakSearchLast = 700;
 constexpr float peakSearchStart = 9999.0f;
 
+// Optical density D = −log10 ρ: ISO 5-1:2009.
 float DensityOf(double reflectance)
 {
     return reflectance > 0.0 ? static_cast<float>(-std::log10(reflectance)) : densityWithoutLight;

@@ -23,6 +23,7 @@ bool IsNone(double density)
     return std::fabs(density) < noDensity;
 }
 
+// Dot area by Yule and Nielsen, TAGA Proc. (1951); n = 1 is Murray and Davies, J. Franklin Inst. (1936).
 double Reflected(double density, double n)
 {
     return 1.0 - std::pow(10.0, -density / n);
@@ -92,6 +93,7 @@ bool ColorDensities(
     return true;
 }
 
+// Apparent trap: Preucil, TAGA Proc. (1953).
 float Trapping(double first, double second, double overprint)
 {
     return IsNone(second) ? 1.0f : static_cast<float>((overprint - first) / second);
@@ -197,6 +199,7 @@ bool GetTrapping(const HvDensities& first, const HvDensities& second, const HvDe
     return true;
 }
 
+// Grayness and hue error: Preucil, TAGA Proc. (1953).
 bool GetGrayness(const HvSpectrum& spectrum, DensityStandard standard, bool relative, float& out, bool corrected)
 {
     std::array<float, 3> sorted{};

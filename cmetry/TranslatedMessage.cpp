@@ -8,14 +8,12 @@ using Utilities::String;
 
 String TranslatedMessage(const char* english)
 {
-    return Utilities::LanguageTranslator().Translate(String(english));
+    return Utilities::Translated(english);
 }
 
 String TranslatedMessage(const char* english, const char* placeholder, const String& value)
 {
-    String message = TranslatedMessage(english);
-    message.Replace(String(placeholder), value);
-    return message;
+    return Utilities::Translated(english, placeholder, value);
 }
 
 }

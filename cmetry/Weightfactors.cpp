@@ -127,6 +127,7 @@ void Weightfactors::TakeIlluminant(const HvMeasureConditions& conditions)
     illuminant.assign(interpolated.GetValues().begin(), interpolated.GetValues().end());
 }
 
+// k = 100 / Σ S ȳ Δλ: CIE 15:2004, Colorimetry, 3rd edition.
 float Weightfactors::SumOfIlluminantTimesYBar() const
 {
     float sum = 0.0f;
@@ -147,6 +148,8 @@ std::vector<float> Weightfactors::Weighted(uint16_t axis) const
     return weighted;
 }
 
+// Weights of the Lagrange interpolation: ASTM E2022-01 (2001), Calculation of weighting factors
+// for tristimulus integration.
 // W[i], the weight of the grid point at 360 + i s in the integration of the spectrum as the
 // Lagrange polynomials of the data step interpolate it over the whole calculation range.
 std::vector<float> Weightfactors::GridWeights(const std::vector<float>& t, const LagrangeCoefficients& lagrange) const

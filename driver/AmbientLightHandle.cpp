@@ -3,15 +3,10 @@
 #include <cmath>
 
 #include "driver/ConditionItems.h"
+#include "driver/RecordIds.h"
 #include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
-
-namespace {
-
-constexpr uint16_t gainRatioRecord = 1213;
-
-}
 
 const std::array<AmbientLightHandle::Setting, AmbientLightHandle::gridSize> AmbientLightHandle::grid{{
     {0.01f, 1, 100},
@@ -44,7 +39,7 @@ bool AmbientLightHandle::Open()
         for (auto& gridCalculation : gridCalculations) {
             gridCalculation = Utilities::SmartPointer<DriverCalculation>(new DriverCalculation(calibrationData));
         }
-        calibrationData.GetFloat(gainRatioRecord, gainRatio);
+        calibrationData.GetFloat(CalibrationRecords::gainRatio, gainRatio);
         return true;
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);

@@ -6,6 +6,7 @@
 
 #include "diagnostics/String.h"
 #include "driver/DataMember.h"
+#include "driver/RecordIds.h"
 #include "driver/WhiteTileWindow.h"
 #include "utilities/ExceptionOutOfBound.h"
 
@@ -16,23 +17,6 @@ using Utilities::String;
 using Utilities::Vector;
 
 namespace {
-
-constexpr uint16_t linearisationGain1Id = 1000;
-constexpr uint16_t linearisationGain0Id = 1001;
-constexpr uint16_t matrixFirstPixelId = 1002;
-constexpr uint16_t matrixPixelCountId = 1003;
-constexpr uint16_t matrixCoefficientsId = 1004;
-constexpr uint16_t tileReflectanceId = 1100;
-constexpr uint16_t emissionFactorsId = 1101;
-constexpr uint16_t ambientLightFactorsId = 1102;
-constexpr uint16_t targetLevelId = 1204;
-constexpr uint16_t darkLimitId = 1205;
-constexpr uint16_t saturationGain1Id = 1207;
-constexpr uint16_t saturationGain0Id = 1208;
-constexpr uint16_t gainRatioId = 1213;
-constexpr uint16_t shortestTimeId = 1221;
-constexpr uint16_t longestTimeId = 1222;
-constexpr uint16_t whiteCheckKindId = 3012;
 
 constexpr const char* darkPrefix = "Dark calculation: ";
 constexpr const char* whitePrefix = "White calculation: ";
@@ -115,7 +99,7 @@ void DriverCalculation::DarkSteps(SensorData& sensor)
     sensor.Linearize(Linearisation(sensor.Gain()));
     dark = sensor;
     dark.SetDarkLevel(static_cast<int32_t>(sensor.MeanRaw()));
-    if (!dark.IsValid(U32Record(darkLimitId))) {
+    if (!dark.IsValid(U32Record(CalibrationRecords::darkLimit))) {
         throw ExceptionOutOfBound("Data is not valid");
     }
 }
@@ -223,9 +207,9 @@ void DriverCalculation::RequireDark() const
 
 void DriverCalculation::FoldIntoWavelengths(SensorData& sensor) const
 {
-    const Vector<long>& firstPixels = U32VectorRecord(matrixFirstPixelId);
-    const Vector<long>& pixelCounts = U32VectorRecord(matrixPixelCountId);
-    const Vector<float>& coefficients = FloatVectorRecord(matrixCoefficientsId);
+    const Vector<long>& firstPixels = U32VectorRecord(CalibrationRecords::matrixFirstPixel);
+    const Vector<long>& pixelCounts = U32VectorRecord(CalibrationRecords::matrixPixelCount);
+    const Vector<float>& coefficients = FloatVectorRecord(CalibrationRecords::matrixCoefficients);
     sensor.MatrixMultiply(firstPixels, pixelCounts, coefficients);
 }
 
@@ -236,7 +220,7 @@ void DriverCalculation::TurnWhiteIntoCorrection()
     if (!white.IsValid()) {
         throw ExceptionOutOfBound("Invalid white data");
     }
-    const Vector<float>& tile = FloatVectorRecord(tileReflectanceId);
+    const Vector<float>& tile = FloatVectorRecord(CalibrationRecords::tileReflectance);
     white.FirstRow();
     for (unsigned long row = 0; row < white.RowCount(); ++row) {
         Vector<float> factors = white.Load();
@@ -281,10 +265,11 @@ void DriverCalculation::ApplyModeCorrection(SensorData& sensor, const String& mo
 // is further turned from radiance into irradiance by record 1102. They take the white's place.
 void DriverCalculation::ApplyRadianceFactors(SensorData& sensor, bool ambientLight)
 {
-    Vector<float> factors = FloatVectorRecord(emissionFactorsId);
+    Vector<float> factors = FloatVectorRecord(CalibrationRecords::emissionFactors);
     const Vector<float> noFactors(0);
-    const Vector<float>& ambientFactors = ambientLight ? FloatVectorRecord(ambientLightFactorsId) : noFactors;
-    const float gainFactor = sensor.Gain() != 0 ? 1.0f : FloatRecord(gainRatioId);
+    const Vector<float>& ambientFactors =
+        ambientLight ? FloatVectorRecord(CalibrationRecords::ambientLightFactors) : noFactors;
+    const float gainFactor = sensor.Gain() != 0 ? 1.0f : FloatRecord(CalibrationRecords::gainRatio);
     const float time = sensor.IntegrationTime();
     for (unsigned long i = 0; i < factors.Size(); ++i) {
         factors[i] = factors[i] / time;
@@ -313,7 +298,8 @@ bool DriverCalculation::LevelIsRight(const SensorData& sensor, float levelFactor
 
 bool DriverCalculation::IsSaturated(const SensorData& sensor) const
 {
-    const uint32_t level = U32Record(sensor.Gain() != 0 ? saturationGain1Id : saturationGain0Id);
+    const uint32_t level =
+        U32Record(sensor.Gain() != 0 ? CalibrationRecords::saturationGain1 : CalibrationRecords::saturationGain0);
     return sensor.IsSaturated(static_cast<long>(level), saturatedPixelsAllowed);
 }
 
@@ -341,7 +327,7 @@ bool DriverCalculation::CheckWhite(const SensorData& sensor, uint16_t& filter)
     float blueEnd = 0.0f;
     float redEnd = 0.0f;
     MeasureTileEnds(sensor, blueEnd, redEnd);
-    const WhiteTileWindow window = WhiteTileWindow::ForCheckKind(U32Record(whiteCheckKindId));
+    const WhiteTileWindow window = WhiteTileWindow::ForCheckKind(U32Record(CalibrationRecords::whiteCheckKind));
     if (window.Contains(blueEnd, redEnd)) {
         filter = window.Filter();
         return true;
@@ -372,7 +358,7 @@ void DriverCalculation::MeasureTileEnds(const SensorData& sensor, float& blueEnd
 
 void DriverCalculation::NormaliseToTile(Vector<float>& spectrum) const
 {
-    const Vector<float>& tile = FloatVectorRecord(tileReflectanceId);
+    const Vector<float>& tile = FloatVectorRecord(CalibrationRecords::tileReflectance);
     if (tile[normalisingIndex] == 0.0f) {
         throw ExceptionOutOfBound("Devision by zero");
     }
@@ -402,7 +388,7 @@ float DriverCalculation::NewIntegrationTime(
     if (time < 0.0f && strict) {
         throw ExceptionOutOfBound("New integration time: No light");
     }
-    const float longest = FloatRecord(longestTimeId);
+    const float longest = FloatRecord(CalibrationRecords::longestIntegrationTime);
     const float shortest = MinIntegrationTime();
     if (time > longest) {
         if (strict && time / levelFactor > longest) {
@@ -421,12 +407,13 @@ float DriverCalculation::NewIntegrationTime(
 
 float DriverCalculation::MinIntegrationTime() const
 {
-    return FloatRecord(shortestTimeId);
+    return FloatRecord(CalibrationRecords::shortestIntegrationTime);
 }
 
 int32_t DriverCalculation::TargetLevel(float levelFactor) const
 {
-    return static_cast<int32_t>(static_cast<double>(U32Record(targetLevelId)) * static_cast<double>(levelFactor));
+    return static_cast<int32_t>(
+        static_cast<double>(U32Record(CalibrationRecords::targetLevel)) * static_cast<double>(levelFactor));
 }
 
 // Two raw values through the linearisation of the gain, by the same rule as a measurement.
@@ -445,7 +432,8 @@ Vector<float> DriverCalculation::LinearValues(uint32_t gain, long first, long se
 
 const Vector<float>& DriverCalculation::Linearisation(uint32_t gain) const
 {
-    return FloatVectorRecord(gain != 0 ? linearisationGain1Id : linearisationGain0Id);
+    return FloatVectorRecord(
+        gain != 0 ? CalibrationRecords::linearisationGain1 : CalibrationRecords::linearisationGain0);
 }
 
 uint32_t DriverCalculation::U32Record(uint16_t id) const

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "driver/ConditionItems.h"
+#include "driver/StateIds.h"
 #include "driver/platform/Timing_PC.h"
 #include "utilities/Exception.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -15,8 +16,6 @@
 namespace DeviceDriver {
 
 namespace {
-
-constexpr uint16_t calibrationSerialState = 30002;
 
 // One named lock per connection for the whole process, made on first use.
 class ConnectionLocks {
@@ -212,7 +211,7 @@ Utilities::String MeasurementHandle::GetLastError()
 bool MeasurementHandle::GetState(uint16_t id, long& value)
 {
     SetLastError(noError);
-    const bool usable = id == calibrationSerialState ? !driver.IsNull() : IsOpen();
+    const bool usable = id == StateIds::connected ? !driver.IsNull() : IsOpen();
     if (!usable) {
         SetLastError(notOpen);
         return false;
@@ -275,6 +274,7 @@ bool MeasurementHandle::Lock(unsigned long timeoutMs)
         Utilities::Mutex lock = TheConnectionLocks().For(connection.ToStdString());
         return lock.Lock(timeoutMs);
     } catch (...) {
+        // A lock that can't even be made is a lock not had; the caller reports it.
         return false;
     }
 }
@@ -286,6 +286,7 @@ void MeasurementHandle::Unlock()
             TheConnectionLocks().For(connection.ToStdString()).Unlock();
         }
     } catch (...) {
+        // Unlocking runs on the way out of failures: it must not raise one of its own.
         return;
     }
 }

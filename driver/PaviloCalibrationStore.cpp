@@ -7,6 +7,7 @@
 #include "driver/PaviloEEPROM.h"
 #include "driver/PaviloFunctionality.h"
 #include "driver/PaviloRecordDefaults.h"
+#include "driver/ResetCodes.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/ExceptionResourceNotAvailable.h"
 #include "utilities/String.h"
@@ -18,9 +19,6 @@ using Utilities::ExceptionResourceNotAvailable;
 using Utilities::String;
 
 namespace {
-
-constexpr std::uint16_t ResetAfterRead = 5;
-constexpr std::uint16_t ResetAfterWrite = 9;
 
 [[noreturn]] void RaiseEEPROMError(std::uint16_t id, const Utilities::Exception& failure)
 {
@@ -79,7 +77,7 @@ void PaviloCalibrationStore::ReadItem(ConfigurationData& calibration, std::uint1
         calibration.Mark(id, false);
         return;
     } catch (const ExceptionPaviloCommunication& failure) {
-        ResetIgnoringFailure(ResetAfterRead);
+        ResetIgnoringFailure(ResetCodes::eepromRead);
         RaiseEEPROMError(id, failure);
     }
     PaviloEEPROM::DecodeItem(calibration, id, bytes);
@@ -135,7 +133,7 @@ bool PaviloCalibrationStore::WriteItem(const ConfigurationData& calibration, std
         return eeprom.WriteFile(id, bytes.data(), static_cast<std::uint16_t>(bytes.size()));
     } catch (const ExceptionPaviloCommunication& failure) {
         eeprom.Protect();
-        ResetIgnoringFailure(ResetAfterWrite);
+        ResetIgnoringFailure(ResetCodes::eepromWrite);
         RaiseEEPROMError(id, failure);
     } catch (const ExceptionResourceNotAvailable& failure) {
         RaiseEEPROMError(id, failure);

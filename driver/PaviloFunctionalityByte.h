@@ -33,7 +33,7 @@ public:
         std::uint8_t& byte6, std::uint8_t* word0, std::uint8_t& byte7, std::uint8_t* word1, std::uint8_t* word2) = 0;
     // Only the low byte goes to the instrument.
     virtual void Reset(const std::uint8_t* code) = 0;
-    // 30001: has the key been pressed since the last question; 30002: is an instrument attached.
+    // The interrupt latch or the connected state of StateIds.
     virtual std::uint8_t GetDeviceState(std::uint16_t stateId) = 0;
     // Reads a whole strip into the scan FIFO; returns when the instrument has ended it.
     virtual void StartScan(std::uint32_t packetSize, std::uint32_t timeoutSeconds) = 0;

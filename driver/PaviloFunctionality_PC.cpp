@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "driver/ExceptionPaviloCommunication.h"
+#include "driver/StateIds.h"
 #include "utilities/ComponentCreatorNormal.h"
 
 namespace DeviceDriver {
@@ -28,9 +29,6 @@ constexpr std::uint8_t vendorRequestType = 2;
 constexpr std::uint32_t requestDirectionByte = 0;
 constexpr std::uint32_t requestTypeByte = 1;
 constexpr std::uint32_t requestCodeByte = 4;
-
-constexpr std::uint16_t interruptLatchState = 30001;
-constexpr std::uint16_t connectedState = 30002;
 
 constexpr std::uint32_t millisecondsPerSecond = 1000;
 constexpr std::uint32_t eepromMillisecondsPerByte = 10;
@@ -189,10 +187,10 @@ std::uint8_t PaviloFunctionality_PC::GetDeviceState(std::uint16_t stateId)
 // have been loaded before the instrument was plugged in.
 std::uint8_t PaviloFunctionality_PC::DeviceState(std::uint16_t stateId)
 {
-    if (stateId == interruptLatchState) {
+    if (stateId == StateIds::interruptLatch) {
         return device->WasInterrupted() ? 1 : 0;
     }
-    if (stateId == connectedState) {
+    if (stateId == StateIds::connected) {
         std::vector<Utilities::String> paths;
         return PaviloUSBDevice::EnumerateDevices(paths) > 0 ? 1 : 0;
     }
@@ -244,6 +242,7 @@ bool PaviloFunctionality_PC::OpenDevice(const Utilities::String& address)
         device = Utilities::SmartPointer<PaviloUSBDevice>(new PaviloUSBDevice(this, path));
         return true;
     } catch (...) {
+        // The low-level driver answers false with "Unable to open the device".
         return false;
     }
 }

@@ -9,6 +9,8 @@
 #include "driver/PaviloEEPROM.h"
 #include "driver/PaviloFunctionality.h"
 #include "driver/PaviloRecordDefaults.h"
+#include "driver/RecordIds.h"
+#include "driver/ResetCodes.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/ExceptionResourceNotAvailable.h"
 
@@ -19,9 +21,6 @@ using Utilities::ExceptionResourceNotAvailable;
 using Utilities::String;
 
 namespace {
-
-constexpr std::uint16_t ResetAfterRead = 5;
-constexpr std::uint16_t ResetAfterWrite = 9;
 
 std::uint16_t FileIdOf(std::uint16_t id, bool mirror)
 {
@@ -55,7 +54,7 @@ std::uint32_t PaviloLogStore::Checksum(const ConfigurationData& copy)
     std::uint32_t sum = 0;
     const Utilities::Vector<std::uint16_t> ids = copy.AllIds();
     for (unsigned long i = 0; i < ids.Size(); ++i) {
-        if (ids[i] != ChecksumId) {
+        if (ids[i] != LogRecords::checksum) {
             sum += SumOf(copy.ExistingItem(ids[i]));
         }
     }
@@ -64,7 +63,7 @@ std::uint32_t PaviloLogStore::Checksum(const ConfigurationData& copy)
 
 bool PaviloLogStore::IsGood(const ConfigurationData& copy)
 {
-    const DataMember* stored = copy.FindItem(ChecksumId);
+    const DataMember* stored = copy.FindItem(LogRecords::checksum);
     return stored != nullptr && stored->Integers().Size() == 1 &&
         static_cast<std::uint32_t>(stored->Integers()[0]) == Checksum(copy);
 }
@@ -109,7 +108,7 @@ void PaviloLogStore::LoadItem(ConfigurationData& log, ConfigurationData& mirrorC
         log.Mark(id, false);
         return;
     } catch (const ExceptionPaviloCommunication& failure) {
-        RaiseLogError(id, "): ", failure, ResetAfterFailure(ResetAfterRead));
+        RaiseLogError(id, "): ", failure, ResetAfterFailure(ResetCodes::eepromRead));
     }
     if (mirrorCopy.FindItem(id) == nullptr) {
         mirrorCopy.Item(id) = log.ExistingItem(id);
@@ -121,8 +120,8 @@ void PaviloLogStore::LoadItem(ConfigurationData& log, ConfigurationData& mirrorC
 void PaviloLogStore::Write(ConfigurationData& log, bool mirror)
 {
     if (log.MarkedIds().Size() != 0) {
-        log.SetU32(ChecksumId, Checksum(log));
-        log.Mark(ChecksumId, true);
+        log.SetU32(LogRecords::checksum, Checksum(log));
+        log.Mark(LogRecords::checksum, true);
     }
     if (WriteMarked(log, mirror)) {
         return;
@@ -149,7 +148,7 @@ bool PaviloLogStore::WriteMarked(const ConfigurationData& log, bool mirror)
         } catch (const ExceptionResourceNotAvailable& failure) {
             RaiseLogError(id, mirror ? " mirror not found): " : " not found): ", failure, String());
         } catch (const ExceptionPaviloCommunication& failure) {
-            RaiseLogError(id, mirror ? " mirror): " : "): ", failure, ResetAfterFailure(ResetAfterWrite));
+            RaiseLogError(id, mirror ? " mirror): " : "): ", failure, ResetAfterFailure(ResetCodes::eepromWrite));
         }
     }
     return true;

@@ -15,11 +15,9 @@ class PaviloEEPROM;
 class PaviloFunctionality;
 
 // The log data, held twice in the EEPROM: a main copy and a mirror whose files bear the ids plus
-// 1000, each with its checksum in item 10000. A copy is good if that item equals the checksum.
+// 1000, each with its checksum in the checksum record. A copy is good if that item equals the checksum.
 class PaviloLogStore {
 public:
-    static constexpr std::uint16_t ChecksumId = 10000;
-
     PaviloLogStore(PaviloEEPROM& eeprom, PaviloFunctionality& functionality);
 
     // Reads both copies into the log data; a bad copy is written again from the good one, and

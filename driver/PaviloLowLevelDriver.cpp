@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <vector>
 
+#include "driver/ConditionItems.h"
 #include "driver/CpldProgramRegistry.h"
 #include "driver/ExceptionPaviloCommunication.h"
 #include "driver/PaviloCalibrationStore.h"
 #include "driver/PaviloLogStore.h"
 #include "driver/PaviloRecordDefaults.h"
+#include "driver/RecordIds.h"
+#include "driver/ResetCodes.h"
 #include "driver/SensorData.h"
 #include "driver/SensorDataFifo.h"
+#include "driver/StateIds.h"
 #include "driver/platform/Timing_PC.h"
 #include "utilities/ComponentCreatorNormal.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -22,75 +26,28 @@ using Utilities::ExceptionOutOfBound;
 using Utilities::ExceptionResourceNotAvailable;
 using Utilities::String;
 using Utilities::Vector;
+using Items = ConditionItems;
 
 namespace {
 
 Utilities::ComponentCreatorNormal<PaviloLowLevelDriver> creator(
     "PaviloLowLevelDriver", "$Revision: 1.87 $", "HviInstrument");
 
-enum ResetCode : std::uint16_t {
-    ResetConditions = 1,
-    ResetAfterRead = 5,
-    ResetMeasurement = 7,
-    ResetStateQuestion = 17,
-    ResetOpen = 31,
-};
-
-enum ItemId : std::uint16_t {
-    LampOff = 2000,
-    LampTime = 2001,
-    Gain = 2002,
-    LampStaysOn = 2003,
-    Status = 2004,
-    Misc1 = 2006,
-    ResetItem = 2007,
-    ReplacementCountFlag = 2008,
-    IntegrationTime = 2009,
-    Count = 2010,
-    MiscByte6 = 2012,
-    Misc0 = 2013,
-    WrapThreshold = 2020,
-    StoredCondition = 3010,
-    ReplacementCount = 9189,
-    CpldProgram = 20000,
-    SerialNumber = 1211,
-    LastIntegrationTime = 10001,
-    LampMeasurements = 10002,
-    Scans = 10003,
-    LampSeconds = 10004,
-    DarkMeasurements = 10005,
-    CalibrationTime = 10020,
-    MeasurementsAtCalibration = 10021,
-};
-
-enum StateId : std::uint16_t {
-    InterruptLatch = 30001,
-    Connected = 30002,
-    SecondsSinceCalibration = 30003,
-    MeasurementsSinceCalibration = 30004,
-    FilterState = 30005,
-    SerialNumberState = 30006,
-};
-
 constexpr std::uint8_t NotEnoughPower = 8;
 constexpr int PowerPolls = 20;
 constexpr std::uint32_t PowerPollMilliseconds = 100;
-constexpr std::uint32_t FilterWithByte6Replaced = 2;
-
-String Translated(const char* english)
-{
-    return Utilities::LanguageTranslator().Translate(String(english));
-}
 
 bool IsMiscItem(std::uint16_t id)
 {
-    return id == Status || id == Misc1 || id == MiscByte6 || id == Misc0 || id == WrapThreshold;
+    return id == Items::status || id == Items::miscWord1 || id == Items::miscByte6 || id == Items::miscWord0 ||
+        id == Items::wrapThreshold;
 }
 
 bool IsMeasureParameter(std::uint16_t id)
 {
-    return id == LampOff || id == LampTime || id == Gain || id == LampStaysOn || id == ReplacementCountFlag ||
-        id == IntegrationTime || id == Count;
+    return id == Items::lampOffDuringMeasurement || id == Items::lampTime || id == Items::gain ||
+        id == Items::lampOnAfterMeasurement || id == Items::countFromReplacementItem || id == Items::integrationTime ||
+        id == Items::count;
 }
 
 // Item integers are signed 32-bit words.
@@ -124,7 +81,7 @@ bool NextMarked(const ConfigurationData& data, std::uint16_t& id)
 {
     const Vector<std::uint16_t> marked = data.MarkedIds();
     for (unsigned long index = 0; index < marked.Size(); ++index) {
-        if (marked[index] != StoredCondition) {
+        if (marked[index] != Items::storedCondition) {
             id = marked[index];
             return true;
         }
@@ -199,7 +156,7 @@ void PaviloLowLevelDriver::GetConditions(ConfigurationData& conditions)
             HandleGet(conditions, id);
         }
     } catch (const ExceptionPaviloCommunication& failure) {
-        RaiseAfterReset(ResetConditions, "Conditions Error: ", failure);
+        RaiseAfterReset(ResetCodes::conditions, "Conditions Error: ", failure);
     }
 }
 
@@ -211,7 +168,7 @@ void PaviloLowLevelDriver::SetConditions(ConfigurationData& conditions)
             HandleSet(conditions, id);
         }
     } catch (const ExceptionPaviloCommunication& failure) {
-        RaiseAfterReset(ResetConditions, "Conditions Error: ", failure);
+        RaiseAfterReset(ResetCodes::conditions, "Conditions Error: ", failure);
     }
 }
 
@@ -221,7 +178,7 @@ void PaviloLowLevelDriver::HandleGet(ConfigurationData& conditions, std::uint16_
         ReadMISC(conditions);
     } else if (IsMeasureParameter(id)) {
         ReadMeasureParameters(conditions);
-    } else if (id == StoredCondition) {
+    } else if (id == Items::storedCondition) {
         try {
             ReadCalibrationData(conditions);
         } catch (const ExceptionOutOfBound&) {
@@ -236,11 +193,11 @@ void PaviloLowLevelDriver::HandleSet(ConfigurationData& conditions, std::uint16_
     conditions.Mark(id, false);
     if (IsMeasureParameter(id)) {
         WriteMeasureParameters(conditions);
-    } else if (id == ResetItem) {
-        functionality.Reset(static_cast<std::uint16_t>(U32Of(conditions, ResetItem)));
-    } else if (id == CpldProgram) {
-        RunCpldProgram(U32Of(conditions, CpldProgram));
-    } else if (id == StoredCondition) {
+    } else if (id == Items::reset) {
+        functionality.Reset(static_cast<std::uint16_t>(U32Of(conditions, Items::reset)));
+    } else if (id == Items::cpldProgram) {
+        RunCpldProgram(U32Of(conditions, Items::cpldProgram));
+    } else if (id == Items::storedCondition) {
         WriteStoredItem(conditions, id);
     }
 }
@@ -254,7 +211,7 @@ void PaviloLowLevelDriver::RunCpldProgram(std::uint32_t number)
             std::uint16_t value = 0;
             functionality.ReadCPLD(value);
             if ((value & step.mask) != (step.expected & step.mask)) {
-                throw ExceptionOutOfBound(Translated("CPLD Error: Programming failed"));
+                throw ExceptionOutOfBound(Utilities::Translated("CPLD Error: Programming failed"));
             }
         }
         timing.Sleep(step.delayMicroseconds / 1000);
@@ -269,12 +226,12 @@ void PaviloLowLevelDriver::ReadMISC(ConfigurationData& conditions)
     std::uint16_t word1 = 0;
     std::uint16_t word2 = 0;
     functionality.GetMISC(byte6, word0, status, word1, word2);
-    const bool byte6Replaced = filterState == FilterWithByte6Replaced && byte6 == 1;
-    conditions.SetU32(MiscByte6, byte6Replaced ? 11 : byte6);
-    conditions.SetU32(Misc0, word0);
-    conditions.SetU32(Status, status);
-    conditions.SetU32(Misc1, word1);
-    conditions.SetU32(WrapThreshold, word2);
+    const bool byte6Replaced = filterState == StateIds::filterUVCut && byte6 == 1;
+    conditions.SetU32(Items::miscByte6, byte6Replaced ? 11 : byte6);
+    conditions.SetU32(Items::miscWord0, word0);
+    conditions.SetU32(Items::status, status);
+    conditions.SetU32(Items::miscWord1, word1);
+    conditions.SetU32(Items::wrapThreshold, word2);
 }
 
 void PaviloLowLevelDriver::ReadMeasureParameters(ConfigurationData& conditions)
@@ -284,37 +241,38 @@ void PaviloLowLevelDriver::ReadMeasureParameters(ConfigurationData& conditions)
     std::uint16_t count = 0;
     std::uint8_t flags = 0;
     functionality.GetMeasureParameters(integration, lamp, count, flags);
-    conditions.SetFloat(IntegrationTime, integration * SecondsPerTick);
-    conditions.SetFloat(LampTime, lamp * TicksPerLampTick * SecondsPerTick);
-    conditions.SetU32(Count, count);
-    conditions.SetU32(ReplacementCountFlag, flags & 1);
-    conditions.SetU32(LampOff, (flags >> 1) & 1);
-    conditions.SetU32(Gain, (flags >> 2) & 1);
-    conditions.SetU32(LampStaysOn, (flags >> 3) & 1);
+    conditions.SetFloat(Items::integrationTime, integration * SecondsPerTick);
+    conditions.SetFloat(Items::lampTime, lamp * TicksPerLampTick * SecondsPerTick);
+    conditions.SetU32(Items::count, count);
+    conditions.SetU32(Items::countFromReplacementItem, flags & 1);
+    conditions.SetU32(Items::lampOffDuringMeasurement, (flags >> 1) & 1);
+    conditions.SetU32(Items::gain, (flags >> 2) & 1);
+    conditions.SetU32(Items::lampOnAfterMeasurement, (flags >> 3) & 1);
 }
 
 void PaviloLowLevelDriver::WriteMeasureParameters(ConfigurationData& conditions)
 {
-    const std::uint16_t integration = TicksOf(FloatOf(conditions, IntegrationTime) / SecondsPerTick);
-    const std::uint16_t lamp = TicksOf(FloatOf(conditions, LampTime) / SecondsPerTick / TicksPerLampTick);
-    std::uint32_t count = U32Of(conditions, Count);
+    const std::uint16_t integration = TicksOf(FloatOf(conditions, Items::integrationTime) / SecondsPerTick);
+    const std::uint16_t lamp = TicksOf(FloatOf(conditions, Items::lampTime) / SecondsPerTick / TicksPerLampTick);
+    std::uint32_t count = U32Of(conditions, Items::count);
     if (count > MaximumCount) {
         count = MaximumCount;
-        conditions.SetU32(Count, count);
+        conditions.SetU32(Items::count, count);
     }
     std::uint8_t flags = 0;
-    if (U32Of(conditions, ReplacementCountFlag) != 0) {
+    if (U32Of(conditions, Items::countFromReplacementItem) != 0) {
         flags |= 1;
-        const long replacement = Signed(U32Of(conditions, ReplacementCount));
+        const long replacement = Signed(U32Of(conditions, Items::replacementCount));
         if (replacement > 0) {
             count = static_cast<std::uint32_t>(std::min<long>(replacement, WireCountLimit));
         }
     }
-    flags |= U32Of(conditions, LampOff) != 0 ? 2 : 0;
-    flags |= U32Of(conditions, Gain) != 0 ? 4 : 0;
-    flags |= U32Of(conditions, LampStaysOn) != 0 ? 8 : 0;
+    flags |= U32Of(conditions, Items::lampOffDuringMeasurement) != 0 ? 2 : 0;
+    flags |= U32Of(conditions, Items::gain) != 0 ? 4 : 0;
+    flags |= U32Of(conditions, Items::lampOnAfterMeasurement) != 0 ? 8 : 0;
     for (std::uint16_t id :
-        {LampOff, LampTime, Gain, LampStaysOn, ReplacementCountFlag, IntegrationTime, Count, ReplacementCount}) {
+        {Items::lampOffDuringMeasurement, Items::lampTime, Items::gain, Items::lampOnAfterMeasurement,
+            Items::countFromReplacementItem, Items::integrationTime, Items::count, Items::replacementCount}) {
         if (conditions.FindItem(id) != nullptr) {
             conditions.Mark(id, false);
         }
@@ -348,12 +306,12 @@ Utilities::SmartPointer<LowLevelDriver::Bytes> PaviloLowLevelDriver::ReadFile(st
 {
     Utilities::SmartPointer<Bytes> file(new Bytes);
     std::uint16_t size = 0;
-    String prefix = Translated("EEPROM Error (ID %VALUE%): ");
+    String prefix = Utilities::Translated("EEPROM Error (ID %VALUE%): ");
     prefix.Replace("%VALUE%", String(static_cast<long>(id)));
     try {
         eeprom->ReadFile(id, *file, size);
     } catch (const ExceptionPaviloCommunication& failure) {
-        ResetIgnoringFailure(ResetAfterRead);
+        ResetIgnoringFailure(ResetCodes::eepromRead);
         throw ExceptionOutOfBound(prefix + *failure.Text());
     } catch (const ExceptionResourceNotAvailable& failure) {
         throw ExceptionOutOfBound(prefix + *failure.Text());
@@ -364,61 +322,81 @@ Utilities::SmartPointer<LowLevelDriver::Bytes> PaviloLowLevelDriver::ReadFile(st
 
 void PaviloLowLevelDriver::WriteFile()
 {
-    throw ExceptionOutOfBound(Translated("Function not available"));
+    throw ExceptionOutOfBound(Utilities::Translated("Function not available"));
 }
+
+// The conditions that a measurement or a scan sends, read once from the items.
+struct PaviloLowLevelDriver::Request {
+    explicit Request(const ConfigurationData& conditions)
+        : count(std::min(U32Of(conditions, Items::count), WireCountLimit)), gain(U32Of(conditions, Items::gain)),
+          integrationTime(FloatOf(conditions, Items::integrationTime)), lampTime(FloatOf(conditions, Items::lampTime)),
+          lampOff(U32Of(conditions, Items::lampOffDuringMeasurement) != 0),
+          wrapThreshold(U32Of(conditions, Items::wrapThreshold))
+    {
+    }
+
+    // The lamp burns for the readings of each packet, after its lead time.
+    double LampSeconds(std::uint32_t packets) const
+    {
+        return static_cast<double>(count) * packets * integrationTime + lampTime;
+    }
+
+    // How long the instrument may take for one packet, half a second of it for the wire.
+    std::uint32_t WaitSeconds() const { return static_cast<std::uint32_t>(std::max(LampSeconds(1) + 0.5, 0.0)); }
+
+    // The readings of one packet, or one reading of it, with the settings they were made with.
+    void Fill(SensorData& sensor, const std::uint8_t* firstBlock, std::uint32_t blocks) const
+    {
+        Vector<Vector<long>> rows(blocks);
+        for (std::uint32_t block = 0; block < blocks; ++block) {
+            rows[block] = PixelsOf(firstBlock + block * BlockSize, wrapThreshold);
+        }
+        sensor.SetRaw(rows);
+        sensor.SetGain(gain);
+        sensor.SetIntegrationTime(integrationTime);
+    }
+
+    const std::uint32_t count;
+    const std::uint32_t gain;
+    const float integrationTime;
+    const float lampTime;
+    const bool lampOff;
+    const std::uint32_t wrapThreshold;
+};
 
 void PaviloLowLevelDriver::Measure(SensorData& sensor, ConfigurationData& conditions)
 {
-    const std::uint32_t count = std::min(U32Of(conditions, Count), WireCountLimit);
-    const std::uint32_t gain = U32Of(conditions, Gain);
-    const float integrationTime = FloatOf(conditions, IntegrationTime);
-    const float lampTime = FloatOf(conditions, LampTime);
-    const bool lampOff = U32Of(conditions, LampOff) != 0;
-    const std::uint32_t wrapThreshold = U32Of(conditions, WrapThreshold);
-    const double lampSeconds = static_cast<double>(count) * integrationTime + lampTime;
-    const auto wait = static_cast<std::uint32_t>(std::max(lampSeconds + 0.5, 0.0));
-
-    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(count) * BlockSize);
-    RequestMeasurement(buffer.data(), static_cast<std::uint32_t>(buffer.size()), wait);
-
-    Vector<Vector<long>> rows(count);
-    for (std::uint32_t block = 0; block < count; ++block) {
-        rows[block] = PixelsOf(buffer.data() + block * BlockSize, wrapThreshold);
+    const Request request(conditions);
+    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(request.count) * BlockSize);
+    RequestMeasurement(buffer.data(), static_cast<std::uint32_t>(buffer.size()), request.WaitSeconds());
+    request.Fill(sensor, buffer.data(), request.count);
+    if (request.lampOff) {
+        CountInLog(LogRecords::darkMeasurements);
+    } else {
+        BookLampUse(LogRecords::lampMeasurements, request.integrationTime, request.LampSeconds(1));
     }
-    sensor.SetRaw(rows);
-    sensor.SetGain(gain);
-    sensor.SetIntegrationTime(integrationTime);
-    BookMeasurement(lampOff, integrationTime, lampSeconds);
 }
 
 void PaviloLowLevelDriver::MeasureScan(SensorDataFifo& fifo, ConfigurationData& conditions)
 {
     fifo.SetFinished(false);
-    const std::uint32_t count = std::min(U32Of(conditions, Count), WireCountLimit);
-    const std::uint32_t gain = U32Of(conditions, Gain);
-    const float integrationTime = FloatOf(conditions, IntegrationTime);
-    const float lampTime = FloatOf(conditions, LampTime);
-    const bool lampOff = U32Of(conditions, LampOff) != 0;
-    const std::uint32_t wrapThreshold = U32Of(conditions, WrapThreshold);
-    const double wait = static_cast<double>(count) * integrationTime + lampTime + 0.5;
-
+    const Request request(conditions);
     std::uint32_t packets = 0;
     try {
-        functionality.StartScan(count * BlockSize, static_cast<std::uint32_t>(std::max(wait, 0.0)));
-        packets = DrainScan(fifo, count, gain, integrationTime, wrapThreshold);
+        functionality.StartScan(request.count * BlockSize, request.WaitSeconds());
+        packets = DrainScan(fifo, request);
     } catch (const ExceptionPaviloCommunication& failure) {
-        RaiseAfterReset(ResetMeasurement, "Measurement Error: ", failure);
+        RaiseAfterReset(ResetCodes::measurement, "Measurement Error: ", failure);
     }
     fifo.SetFinished(true);
-    if (!lampOff) {
-        BookScan(integrationTime, static_cast<double>(count) * packets * integrationTime + lampTime);
+    if (!request.lampOff) {
+        BookLampUse(LogRecords::scans, request.integrationTime, request.LampSeconds(packets));
     }
 }
 
-std::uint32_t PaviloLowLevelDriver::DrainScan(
-    SensorDataFifo& fifo, std::uint32_t count, std::uint32_t gain, float integrationTime, std::uint32_t wrapThreshold)
+std::uint32_t PaviloLowLevelDriver::DrainScan(SensorDataFifo& fifo, const Request& request)
 {
-    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(count) * BlockSize);
+    std::vector<std::uint8_t> buffer(static_cast<std::size_t>(request.count) * BlockSize);
     std::uint32_t packets = 0;
     for (;;) {
         std::uint32_t size = static_cast<std::uint32_t>(buffer.size());
@@ -427,26 +405,12 @@ std::uint32_t PaviloLowLevelDriver::DrainScan(
             return packets;
         }
         ++packets;
-        for (std::uint32_t block = 0; block < count; ++block) {
-            Vector<Vector<long>> row(1);
-            row[0] = PixelsOf(buffer.data() + block * BlockSize, wrapThreshold);
-            SensorData measurement;
-            measurement.SetRaw(row);
-            measurement.SetGain(gain);
-            measurement.SetIntegrationTime(integrationTime);
-            fifo.Push(measurement);
+        for (std::uint32_t block = 0; block < request.count; ++block) {
+            SensorData reading;
+            request.Fill(reading, buffer.data() + block * BlockSize, 1);
+            fifo.Push(reading);
         }
     }
-}
-
-void PaviloLowLevelDriver::BookScan(float integrationTime, double lampSeconds)
-{
-    logData->SetFloat(LastIntegrationTime, integrationTime);
-    logData->SetU32(Scans, U32Of(*logData, Scans) + 1);
-    logData->SetFloat(LampSeconds, static_cast<float>(FloatOf(*logData, LampSeconds) + lampSeconds));
-    logData->Mark(LastIntegrationTime, true);
-    logData->Mark(Scans, true);
-    logData->Mark(LampSeconds, true);
 }
 
 void PaviloLowLevelDriver::RequestMeasurement(std::uint8_t* buffer, std::uint32_t size, std::uint32_t wait)
@@ -454,11 +418,11 @@ void PaviloLowLevelDriver::RequestMeasurement(std::uint8_t* buffer, std::uint32_
     try {
         functionality.MeasureRequest(buffer, size, wait);
     } catch (const ExceptionPaviloCommunication&) {
-        ResetIgnoringFailure(ResetMeasurement);
+        ResetIgnoringFailure(ResetCodes::measurement);
         try {
             functionality.MeasureRequest(buffer, size, wait);
         } catch (const ExceptionPaviloCommunication& failure) {
-            RaiseAfterReset(ResetMeasurement, "Measurement Error: ", failure);
+            RaiseAfterReset(ResetCodes::measurement, "Measurement Error: ", failure);
         }
     }
 }
@@ -474,42 +438,44 @@ Vector<long> PaviloLowLevelDriver::PixelsOf(const std::uint8_t* block, std::uint
     return pixels;
 }
 
-void PaviloLowLevelDriver::BookMeasurement(bool lampOff, float integrationTime, double lampSeconds)
+void PaviloLowLevelDriver::CountInLog(std::uint16_t counter)
 {
-    if (lampOff) {
-        logData->SetU32(DarkMeasurements, U32Of(*logData, DarkMeasurements) + 1);
-        logData->Mark(DarkMeasurements, true);
-        return;
-    }
-    logData->SetFloat(LastIntegrationTime, integrationTime);
-    logData->SetU32(LampMeasurements, U32Of(*logData, LampMeasurements) + 1);
-    logData->SetFloat(LampSeconds, static_cast<float>(FloatOf(*logData, LampSeconds) + lampSeconds));
-    logData->Mark(LastIntegrationTime, true);
-    logData->Mark(LampMeasurements, true);
-    logData->Mark(LampSeconds, true);
+    logData->SetU32(counter, U32Of(*logData, counter) + 1);
+    logData->Mark(counter, true);
+}
+
+void PaviloLowLevelDriver::BookLampUse(std::uint16_t counter, float integrationTime, double lampSeconds)
+{
+    CountInLog(counter);
+    logData->SetFloat(LogRecords::lastIntegrationTime, integrationTime);
+    logData->SetFloat(
+        LogRecords::lampSeconds, static_cast<float>(FloatOf(*logData, LogRecords::lampSeconds) + lampSeconds));
+    logData->Mark(LogRecords::lastIntegrationTime, true);
+    logData->Mark(LogRecords::lampSeconds, true);
 }
 
 long PaviloLowLevelDriver::GetState(std::uint16_t id)
 {
     switch (id) {
-    case InterruptLatch:
-    case Connected:
+    case StateIds::interruptLatch:
+    case StateIds::connected:
         try {
             return functionality.GetDeviceState(id);
         } catch (const ExceptionPaviloCommunication& failure) {
-            ResetIgnoringFailure(ResetStateQuestion);
+            ResetIgnoringFailure(ResetCodes::stateQuestion);
             throw ExceptionOutOfBound(*failure.Text());
         }
-    case SecondsSinceCalibration:
-        return static_cast<long>(Timing_PC().Time()) - Signed(U32Of(*logData, CalibrationTime));
-    case MeasurementsSinceCalibration:
-        return Signed(U32Of(*logData, LampMeasurements)) - Signed(U32Of(*logData, MeasurementsAtCalibration));
-    case FilterState:
+    case StateIds::secondsSinceCalibration:
+        return static_cast<long>(Timing_PC().Time()) - Signed(U32Of(*logData, LogRecords::calibrationTime));
+    case StateIds::measurementsSinceCalibration:
+        return Signed(U32Of(*logData, LogRecords::lampMeasurements)) -
+            Signed(U32Of(*logData, LogRecords::measurementsAtCalibration));
+    case StateIds::filter:
         return filterState;
-    case SerialNumberState: {
+    case StateIds::serialNumber: {
         ConfigurationData calibration("TempCalibrationData");
         ReadCalibrationData(calibration);
-        return Signed(U32Of(calibration, SerialNumber));
+        return Signed(U32Of(calibration, CalibrationRecords::serialNumber));
     }
     default:
         return -1;
@@ -519,20 +485,20 @@ long PaviloLowLevelDriver::GetState(std::uint16_t id)
 void PaviloLowLevelDriver::SetState(std::uint16_t id, long value)
 {
     switch (id) {
-    case SecondsSinceCalibration:
-        logData->SetU32(CalibrationTime, static_cast<std::uint32_t>(Timing_PC().Time() + value));
-        logData->Mark(CalibrationTime, true);
+    case StateIds::secondsSinceCalibration:
+        logData->SetU32(LogRecords::calibrationTime, static_cast<std::uint32_t>(Timing_PC().Time() + value));
+        logData->Mark(LogRecords::calibrationTime, true);
         break;
-    case MeasurementsSinceCalibration:
-        logData->SetU32(
-            MeasurementsAtCalibration, static_cast<std::uint32_t>(U32Of(*logData, LampMeasurements) + value));
-        logData->Mark(MeasurementsAtCalibration, true);
+    case StateIds::measurementsSinceCalibration:
+        logData->SetU32(LogRecords::measurementsAtCalibration,
+            static_cast<std::uint32_t>(U32Of(*logData, LogRecords::lampMeasurements) + value));
+        logData->Mark(LogRecords::measurementsAtCalibration, true);
         break;
-    case FilterState:
+    case StateIds::filter:
         filterState = static_cast<std::uint32_t>(value);
         break;
     default:
-        throw ExceptionOutOfBound(Translated("Unable to set requested state"));
+        throw ExceptionOutOfBound(Utilities::Translated("Unable to set requested state"));
     }
 }
 
@@ -563,17 +529,17 @@ bool PaviloLowLevelDriver::Open(const String& connection)
 {
     filterState = 0;
     if (!functionality.OpenDevice(connection)) {
-        throw ExceptionOutOfBound(Translated("Unable to open the device"));
+        throw ExceptionOutOfBound(Utilities::Translated("Unable to open the device"));
     }
     try {
         try {
             CheckPower();
-            functionality.Reset(ResetOpen);
+            functionality.Reset(ResetCodes::open);
         } catch (const ExceptionPaviloCommunication& failure) {
             try {
-                functionality.Reset(ResetOpen);
+                functionality.Reset(ResetCodes::open);
             } catch (const ExceptionPaviloCommunication&) {
-                throw ExceptionOutOfBound(Translated("No communication to the device: ") + *failure.Text());
+                throw ExceptionOutOfBound(Utilities::Translated("No communication to the device: ") + *failure.Text());
             }
         }
         PaviloLogStore(*eeprom, functionality).Load(*logData);
@@ -597,14 +563,14 @@ void PaviloLowLevelDriver::CheckPower()
     if (status != NotEnoughPower) {
         return;
     }
-    functionality.Reset(ResetConditions);
+    functionality.Reset(ResetCodes::conditions);
     Timing_PC timing;
     for (int poll = 0; poll < PowerPolls && status == NotEnoughPower; ++poll) {
         timing.Sleep(PowerPollMilliseconds);
         functionality.GetMISC(byte6, word0, status, word1, word2);
     }
     if (status == NotEnoughPower) {
-        throw ExceptionOutOfBound(Translated("Not enough power available"));
+        throw ExceptionOutOfBound(Utilities::Translated("Not enough power available"));
     }
 }
 
@@ -647,7 +613,7 @@ void PaviloLowLevelDriver::ResetIgnoringFailure(std::uint16_t code)
 void PaviloLowLevelDriver::RaiseAfterReset(std::uint16_t code, const char* prefix, const Utilities::Exception& failure)
 {
     ResetIgnoringFailure(code);
-    throw ExceptionOutOfBound(Translated(prefix) + *failure.Text());
+    throw ExceptionOutOfBound(Utilities::Translated(prefix) + *failure.Text());
 }
 
 }

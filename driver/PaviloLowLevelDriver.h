@@ -58,6 +58,8 @@ public:
     static Utilities::Vector<long> PixelsOf(const std::uint8_t* block, std::uint32_t wrapThreshold);
 
 private:
+    struct Request;
+
     void CheckPower();
     void ReadMISC(ConfigurationData& conditions);
     void ReadMeasureParameters(ConfigurationData& conditions);
@@ -68,11 +70,12 @@ private:
     void HandleGet(ConfigurationData& conditions, std::uint16_t id);
     void HandleSet(ConfigurationData& conditions, std::uint16_t id);
     void RequestMeasurement(std::uint8_t* buffer, std::uint32_t size, std::uint32_t wait);
-    void BookMeasurement(bool lampOff, float integrationTime, double lampSeconds);
-    void BookScan(float integrationTime, double lampSeconds);
+    // One more in the log's counter.
+    void CountInLog(std::uint16_t counter);
+    // A measurement or a scan with the lamp on: counted, and its lamp time summed.
+    void BookLampUse(std::uint16_t counter, float integrationTime, double lampSeconds);
     // The packets of a started scan into the FIFO, a row for each block; gives their number.
-    std::uint32_t DrainScan(SensorDataFifo& fifo, std::uint32_t count, std::uint32_t gain, float integrationTime,
-        std::uint32_t wrapThreshold);
+    std::uint32_t DrainScan(SensorDataFifo& fifo, const Request& request);
     void WriteLog();
     void ResetIgnoringFailure(std::uint16_t code);
     [[noreturn]] void RaiseAfterReset(std::uint16_t code, const char* prefix, const Utilities::Exception& failure);

@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <initializer_list>
 
+#include "driver/ConditionItems.h"
 #include "driver/ConfigurationData.h"
+#include "driver/RecordIds.h"
 
 namespace DeviceDriver {
 
@@ -52,27 +54,47 @@ void SetFloatVectors(
 
 void PaviloRecordDefaults::FillCalibration(ConfigurationData& data)
 {
-    SetFloatVectors(data, {1000, 1001, 1004, 1100, 1101, 1102}, CalibrationVectorLength, -1.0f);
-    SetU32Vectors(data, {1002, 1003}, CalibrationVectorLength, -1);
-    SetU32s(
-        data, {1204, 1205, 1207, 1208, 1211, 1212, 3001, 3002, 3007, 3008, 3010, 3011, 3012, 3013, 4000}, 0xFFFFFFFFu);
-    SetFloats(data, {1213, 1221, 1222, 3014}, -1.0f);
+    using Records = CalibrationRecords;
+    SetFloatVectors(data,
+        {Records::linearisationGain1, Records::linearisationGain0, Records::matrixCoefficients,
+            Records::tileReflectance, Records::emissionFactors, Records::ambientLightFactors},
+        CalibrationVectorLength, -1.0f);
+    SetU32Vectors(data, {Records::matrixFirstPixel, Records::matrixPixelCount}, CalibrationVectorLength, -1);
+    SetU32s(data,
+        {Records::targetLevel, Records::darkLimit, Records::saturationGain1, Records::saturationGain0,
+            Records::serialNumber, ConditionItems::storedCondition, Records::whiteCheckKind},
+        0xFFFFFFFFu);
+    for (std::uint16_t id : Records::storedOnlyWords) {
+        data.SetU32(id, 0xFFFFFFFFu);
+    }
+    SetFloats(data,
+        {Records::gainRatio, Records::shortestIntegrationTime, Records::longestIntegrationTime,
+            Records::storedOnlyFloat},
+        -1.0f);
     data.MarkAll(true);
 }
 
 void PaviloRecordDefaults::FillLog(ConfigurationData& data)
 {
-    SetU32s(data, {10000, 10002, 10003, 10005, 10012, 10020, 10021}, 0);
-    SetFloats(data, {10001, 10004, 10013}, 0.0f);
-    SetU32Vectors(data, {10010, 10011}, LogVectorLength, 0);
+    using Records = LogRecords;
+    SetU32s(data,
+        {Records::checksum, Records::lampMeasurements, Records::scans, Records::darkMeasurements, Records::storedGain,
+            Records::calibrationTime, Records::measurementsAtCalibration},
+        0);
+    SetFloats(data, {Records::lastIntegrationTime, Records::lampSeconds, Records::storedIntegrationTime}, 0.0f);
+    SetU32Vectors(data, {Records::storedDark, Records::storedWhite}, LogVectorLength, 0);
     data.MarkAll(true);
 }
 
 void PaviloRecordDefaults::FillConditions(ConfigurationData& data)
 {
-    SetU32s(
-        data, {2000, 2002, 2003, 2004, 2005, 2006, 2007, 2008, 2010, 2011, 2012, 2013, 2020, 3010, 9189}, 0xFFFFFFFFu);
-    SetFloats(data, {2001, 2009}, -1.0f);
+    using Items = ConditionItems;
+    SetU32s(data,
+        {Items::lampOffDuringMeasurement, Items::gain, Items::lampOnAfterMeasurement, Items::status, Items::reserved,
+            Items::miscWord1, Items::reset, Items::countFromReplacementItem, Items::count, Items::adaptIntegrationTime,
+            Items::miscByte6, Items::miscWord0, Items::wrapThreshold, Items::storedCondition, Items::replacementCount},
+        0xFFFFFFFFu);
+    SetFloats(data, {Items::lampTime, Items::integrationTime}, -1.0f);
     data.MarkAll(true);
 }
 

@@ -6,10 +6,12 @@
 #include <optional>
 #include <thread>
 
+#include "diagnostics/DebugTraceItem.h"
 #include "driver/PaviloFunctionalityByte.h"
 #include "driver/platform/Timing_PC.h"
 #include "driver/platform/UsbPlatforms.h"
 #include "utilities/ExceptionOutOfBound.h"
+#include "utilities/MutexLock.h"
 #include "utilities/Thread.h"
 
 namespace DeviceDriver {
@@ -30,17 +32,13 @@ constexpr std::uint32_t stripStartPauseMs = 500;
 // Real instruments are not looked for until their ids come from the settings file.
 constexpr std::uint16_t unknownUsbId = 0;
 
-// Holds the device mutex for a scope, so that a raised failure lets it go.
-class HeldMutex {
-public:
-    explicit HeldMutex(Utilities::Mutex& mutex) : mutex(mutex) { mutex.Lock(Utilities::Mutex::waitForEver); }
-    ~HeldMutex() { mutex.Unlock(); }
-    HeldMutex(const HeldMutex&) = delete;
-    HeldMutex& operator=(const HeldMutex&) = delete;
-
-private:
-    Utilities::Mutex& mutex;
-};
+// A failure that can't go further is at least kept in the trace.
+void TraceEndedFailure(const char* function, const char* what)
+{
+    Diagnostics::DebugTraceItem trace("DeviceDriver", "PaviloUSBDevice", function);
+    trace.AddParameter(what);
+    trace.LogCall();
+}
 
 Utilities::String Failure(const char* what, const UsbResult& result)
 {
@@ -190,7 +188,7 @@ Utilities::String PaviloUSBDevice::PlatformErrorText(const UsbResult& result)
 
 bool PaviloUSBDevice::IsOpen()
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     return open;
 }
 
@@ -206,6 +204,8 @@ bool PaviloUSBDevice::Open()
     try {
         opened = OpenPipesAndListener();
     } catch (...) {
+        // The caller learns of the failure from the answer false; the trace keeps that it was raised.
+        TraceEndedFailure("Open", "opening raised a failure; the device stays closed");
     }
     if (!opened) {
         Shutdown();
@@ -216,7 +216,7 @@ bool PaviloUSBDevice::Open()
 
 bool PaviloUSBDevice::OpenPipesAndListener()
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     open = false;
     if (listening) {
         return false;
@@ -258,10 +258,10 @@ std::uint32_t PaviloUSBDevice::Listen(std::shared_ptr<UsbConnection> pipes)
     bool listen = true;
     while (listen) {
         const UsbResult result = pipes->InterruptRead(packet, interruptPacketSize);
-        HeldMutex held(deviceMutex);
+        const Utilities::MutexLock held(deviceMutex);
         listen = HandleInterruptPacket(result);
     }
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     CloseConnections();
     listening = false;
     listenerEnded.Set();
@@ -289,13 +289,15 @@ bool PaviloUSBDevice::HandleInterruptPacket(const UsbResult& result)
 
 void PaviloUSBDevice::InterruptOccurred(long value)
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     ForgetFinishedNotifiers();
     notifiers.push_back(std::make_unique<Notifier>(*this, value));
     ++runningNotifiers;
     try {
         notifiers.back()->Start();
     } catch (...) {
+        // A thread that can't start is an event lost; the listener must go on listening.
+        TraceEndedFailure("InterruptOccurred", "the notifier thread did not start; the event is lost");
         notifiers.pop_back();
         --runningNotifiers;
     }
@@ -305,15 +307,20 @@ void PaviloUSBDevice::InterruptOccurred(long value)
 // another thread than the client's would race with the client or wait on the listener.
 void PaviloUSBDevice::NotifyObservers(long value, Notifier* notifier)
 {
-    deviceMutex.Lock(Utilities::Mutex::waitForEver);
-    deviceMutex.Unlock();
+    {
+        // Waits for the thread that started the notifier to finish its step.
+        const Utilities::MutexLock passed(deviceMutex);
+    }
     if (owner != nullptr) {
         try {
             owner->NotifyObservers(value);
         } catch (...) {
+            // No caller waits on this thread, and the notifier must still count itself finished,
+            // or Shutdown would wait for it in vain.
+            TraceEndedFailure("NotifyObservers", "an observer raised a failure");
         }
     }
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     notifier->SetFinished();
     if (--runningNotifiers == 0) {
         notifiersDone.Set();
@@ -327,7 +334,7 @@ void PaviloUSBDevice::ForgetFinishedNotifiers()
 
 bool PaviloUSBDevice::HasRunningNotifiers()
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     return runningNotifiers != 0;
 }
 
@@ -335,7 +342,7 @@ void PaviloUSBDevice::Shutdown()
 {
     for (std::uint32_t attempt = 1; attempt <= shutdownAttempts; ++attempt) {
         {
-            HeldMutex held(deviceMutex);
+            const Utilities::MutexLock held(deviceMutex);
             if (!listening) {
                 return;
             }
@@ -352,17 +359,20 @@ void PaviloUSBDevice::Shutdown()
 void PaviloUSBDevice::CloseConnections()
 {
     try {
-        HeldMutex held(deviceMutex);
+        const Utilities::MutexLock held(deviceMutex);
         connection.reset();
         interruptLatch.reset();
         open = false;
     } catch (...) {
+        // Closing runs on the way out of failures and on the listener's thread, where nothing may
+        // escape; what was to be dropped is dropped or gone with the failure.
+        TraceEndedFailure("CloseConnections", "closing raised a failure");
     }
 }
 
 void PaviloUSBDevice::PerformDeviceIOControl(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length)
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     if (!open) {
         throw Utilities::ExceptionOutOfBound("Device IO control impossible (device not open)");
     }
@@ -384,7 +394,7 @@ void PaviloUSBDevice::Write(const std::uint8_t* buffer, std::uint32_t length, st
 
 void PaviloUSBDevice::ReadWriteInternal(Pipe pipe, std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs)
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     if (!open) {
         throw Utilities::ExceptionOutOfBound("Read/Write data impossible (device not open)");
     }
@@ -405,7 +415,7 @@ void PaviloUSBDevice::ReadWriteInternal(Pipe pipe, std::uint8_t* buffer, std::ui
 
 void PaviloUSBDevice::ReadDataStrip(ScanFifo& fifo, std::uint32_t packetSize, std::uint32_t timeoutMs)
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     if (!open) {
         throw Utilities::ExceptionOutOfBound("Read data strip impossible (device not open)");
     }
@@ -476,7 +486,7 @@ void PaviloUSBDevice::PushPackets(
 
 bool PaviloUSBDevice::WasInterrupted()
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     return open && interruptLatch && interruptLatch->Release();
 }
 

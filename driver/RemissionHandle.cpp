@@ -1,24 +1,14 @@
 #include "driver/RemissionHandle.h"
 
 #include "driver/ConditionItems.h"
+#include "driver/RecordIds.h"
+#include "driver/StateIds.h"
 #include "driver/platform/Timing_PC.h"
 #include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
 
 namespace {
-
-enum LogItem : uint16_t {
-    StoredDark = 10010,
-    StoredWhite = 10011,
-    StoredGain = 10012,
-    StoredIntegrationTime = 10013,
-};
-
-enum CalibrationState : uint16_t {
-    CalibrationTime = 30003,
-    CalibrationCount = 30004,
-};
 
 constexpr double measurementSpacingSeconds = 1.0;
 constexpr uint32_t spacingSleepMs = 800;
@@ -133,17 +123,17 @@ void RemissionHandle::UseStoredWhite()
     float integrationTime = 0.0f;
     Utilities::Vector<long> darkRow;
     Utilities::Vector<long> whiteRow;
-    log.GetU32(StoredGain, gain);
-    log.GetFloat(StoredIntegrationTime, integrationTime);
-    log.GetU32Vector(StoredDark, darkRow);
-    log.GetU32Vector(StoredWhite, whiteRow);
+    log.GetU32(LogRecords::storedGain, gain);
+    log.GetFloat(LogRecords::storedIntegrationTime, integrationTime);
+    log.GetU32Vector(LogRecords::storedDark, darkRow);
+    log.GetU32Vector(LogRecords::storedWhite, whiteRow);
 
     SensorData dark = StoredSensor(gain, integrationTime, darkRow);
     calculation->CalculateDark(dark);
     SensorData white = StoredSensor(gain, integrationTime, whiteRow);
     uint16_t filter = 0;
     calculation->CalculateWhite(white, filter, true, 1.0f);
-    driver->SetState(filterState, filter);
+    driver->SetState(StateIds::filter, filter);
     SetConditionFloat(ConditionItems::integrationTime, integrationTime);
     SetConditionU32(ConditionItems::gain, gain);
 }
@@ -193,11 +183,12 @@ void RemissionHandle::StoreWhite(const Utilities::Vector<long>& darkRow, const S
     if (!driver->GetLogData(log)) {
         Raise("Unable to store white data");
     }
-    log.SetU32Vector(StoredDark, darkRow);
-    log.SetU32Vector(StoredWhite, sensor.Raw()[0]);
-    log.SetU32(StoredGain, sensor.Gain());
-    log.SetFloat(StoredIntegrationTime, sensor.IntegrationTime());
-    for (const uint16_t id : {StoredDark, StoredWhite, StoredGain, StoredIntegrationTime}) {
+    log.SetU32Vector(LogRecords::storedDark, darkRow);
+    log.SetU32Vector(LogRecords::storedWhite, sensor.Raw()[0]);
+    log.SetU32(LogRecords::storedGain, sensor.Gain());
+    log.SetFloat(LogRecords::storedIntegrationTime, sensor.IntegrationTime());
+    for (const uint16_t id :
+        {LogRecords::storedDark, LogRecords::storedWhite, LogRecords::storedGain, LogRecords::storedIntegrationTime}) {
         log.Mark(id, true);
     }
     if (!driver->SetLogData(log)) {
@@ -207,9 +198,9 @@ void RemissionHandle::StoreWhite(const Utilities::Vector<long>& darkRow, const S
 
 void RemissionHandle::BookCalibration(uint16_t filter)
 {
-    driver->SetState(CalibrationTime, 0);
-    driver->SetState(CalibrationCount, 0);
-    driver->SetState(filterState, filter);
+    driver->SetState(StateIds::secondsSinceCalibration, 0);
+    driver->SetState(StateIds::measurementsSinceCalibration, 0);
+    driver->SetState(StateIds::filter, filter);
 }
 
 }

@@ -20,8 +20,6 @@ public:
     Utilities::String GetMode() override;
 
 protected:
-    static constexpr uint16_t filterState = 30005;
-
     // Sleeps 800 ms when the last measurement is less than a second ago.
     void KeepSpacing();
     void NoteMeasurementTime();

@@ -1,6 +1,7 @@
 #include "driver/RemissionScanHandle.h"
 
 #include "driver/ConditionItems.h"
+#include "driver/StateIds.h"
 #include "utilities/ExceptionOutOfBound.h"
 
 namespace DeviceDriver {
@@ -94,7 +95,7 @@ void RemissionScanHandle::CalibrationSteps()
     MeasureSensor(sensor);
     uint16_t filter = 0;
     calculation->CalculateWhite(sensor, filter, false, halfLevel);
-    driver->SetState(filterState, filter);
+    driver->SetState(StateIds::filter, filter);
 }
 
 void RemissionScanHandle::AdaptToHalfLevel()

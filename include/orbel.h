@@ -1,11 +1,30 @@
 /* Orbel: the module of the hand-held USB spectrophotometer.
  *
- * Fourteen plain functions. Status functions answer one of the result codes below;
- * the text behind the last failure is OB_GetDeviceInfo("LastError"). Spectra are
- * 36 floats, 380 nm to 730 nm in steps of 10 nm. Every output buffer belongs to the
- * caller. The texts returned by OB_GetDeviceInfo and OB_GetOption stay valid until
- * the next call of either function. A null pointer argument answers OB_InvalidArgument;
- * no function lets an exception out. */
+ * Fourteen plain functions. Status functions answer one of the result codes below; the text
+ * behind the last failure is OB_GetDeviceInfo("LastError"), the text of the code followed by
+ * the reason. No function lets an exception out.
+ *
+ * Buffers. Spectra are 36 floats, 380 nm to 730 nm in steps of 10 nm. Every output buffer is
+ * the caller's: allocated by it, of the size each function names, and never kept by the module,
+ * which writes that many values and is given no length to check. The texts returned by
+ * OB_GetDeviceInfo and OB_GetOption belong to the module and stay valid until the next call of
+ * either function; copy them. A null pointer argument answers OB_InvalidArgument (10), except
+ * the autoIndex of OB_GetDensities.
+ *
+ * Codes every status function may answer, beyond those each function names:
+ *   9  OB_ExceptionOccured    a failure of the module or the instrument that has no code of
+ *                             its own; "LastError" holds its text.
+ *   11 OB_UnknownError        a failure that could not even be stored, or the instrument is in
+ *                             use by another process.
+ * Every function that talks to the instrument may also answer
+ *   2  OB_DeviceNotConnected  the instrument is gone or stopped answering; the connection is
+ *                             reset, and the next call finds it gone or open again.
+ * Code 1 (OB_DeviceNotReady) is reserved and never answered.
+ *
+ * The first call of any function opens the instrument; there is no open or close function.
+ * Which calls may run on which threads, and how long a call may wait for another: see Threads
+ * and time bounds. */
+
 #ifndef ORBEL_H
 #define ORBEL_H
 
@@ -37,31 +56,101 @@ enum {
 };
 
 /* The value of an information key ("Version", "MeasurementMode", "LastError",
- * "AvailableSamples", "Connection", "SerialNumber", ...). A failure answers its full error
- * text; a success leaves "LastError" as it was. */
+ * "AvailableSamples", "Connection", "SerialNumber", ...). A null key answers "invalid argument"
+ * and stores code 10; any other failure answers its full error text and stores its code. A
+ * success leaves "LastError" as it was. "Connection" looks for the instrument on the bus and
+ * opens it again when it has come back; "SerialNumber" reads the instrument's memory; the other
+ * keys don't talk to it.
+ * The text belongs to the module; see Buffers above. */
 OB_EXPORT const char* OB_GetDeviceInfo(const char* key);
-/* 0 connected, 2 not connected. Leaves "LastError" alone. */
+
+/* Whether an instrument is attached: 0 connected, 2 not connected, 11 on a failure of the
+ * module. Looks for the instrument on the bus, and opens it again when it has come back.
+ * Leaves "LastError" alone. */
 OB_EXPORT int32_t OB_IsConnected(void);
-/* 0 the measurement key was pressed, 4 it wasn't, 2 not connected. Leaves "LastError" alone. */
+
+/* Whether the measurement key was pressed since the last question: 0 pressed, 4 not pressed,
+ * 2 not connected, 11 on any other failure. Reads and clears the latch that the instrument's
+ * key sets, without a transfer, so that each press answers 0 once. Leaves "LastError" alone. */
 OB_EXPORT int32_t OB_KeyPressed(void);
-/* The number of samples of the last measurement; -1 if it can't be told. */
+
+/* The number of samples of the last measurement of the current mode: 1 after a spot
+ * measurement, one per position or per recognised patch after a scan; 0 when nothing has been
+ * measured or the module can't be reached; -1 on any other failure. Doesn't talk to the
+ * instrument. */
 OB_EXPORT int32_t OB_GetNumberOfAvailableSamples(void);
+
+/* Calibrates the instrument for the current mode: in the reflectance and scanning modes on the
+ * white tile, which must lie under the aperture, storing the white in the instrument; in the
+ * emission and ambient-light modes a dark measurement with the lamp off. Drops the results of
+ * the current mode, even when it fails.
+ * 0 calibrated; 2 not connected; 3 the dark or the white was not valid (no tile, stray light);
+ * 9 and 11 as above.
+ * Talks to the instrument: a dark and up to two whites of a hundred readings each, a few
+ * seconds, and a wait for the instrument's lock (see Threads and time bounds). */
 OB_EXPORT int32_t OB_Calibrate(void);
+
+/* Measures in the current mode ("MeasurementMode"): a spot, a scan of a strip, a display or
+ * the ambient light. The samples replace those of the last measurement of this mode; a failed
+ * measurement leaves the earlier ones readable.
+ * 0 measured; 2 not connected; 3 the mode needs a calibration first; 7 in the scanning mode
+ * with recognition, the strip could not be split into patches (drawn too fast or too slow);
+ * 9 and 11 as above.
+ * Talks to the instrument and blocks for the measurement: a spot takes about a second (the lamp
+ * is given a second between two measurements), a scan lasts until the instrument ends the
+ * strip; and a wait for the instrument's lock (see Threads and time bounds). */
 OB_EXPORT int32_t OB_TriggerMeasurement(void);
-/* Scanning mode only; count goes to the instrument. */
+
+/* OB_TriggerMeasurement for the scanning mode with the count of readings per position that
+ * goes to the instrument; -1 leaves the instrument's own count.
+ * 6 in any other mode, without talking to the instrument; otherwise the codes, the blocking and
+ * the samples of OB_TriggerMeasurement. */
 OB_EXPORT int32_t OB_TriggerCountedScan(int32_t count);
-/* index selects a sample of the last measurement, from 0; -1 is the same as 0. */
+
+/* The spectrum of sample index of the last measurement into spectrum, 36 floats: reflectance
+ * factors (1.0 the white) in the reflectance modes, the instrument's emission values in the
+ * emission modes. index counts from 0; -1 is the same as 0.
+ * 0 written; 8 nothing measured, or index out of range ("LastError" says which); 10 spectrum is
+ * null; 9 and 11 as above. Doesn't talk to the instrument. */
 OB_EXPORT int32_t OB_GetSpectrum(float* spectrum, int32_t index);
+
+/* The colour values of sample index into tristimulus, 3 floats, in the colour space of the
+ * option "ColorSpaceDescription.Type" (L*, a*, b* by default; "CIEXYZ" gives X, Y, Z) under the
+ * illuminant and observer of the options.
+ * 0 written; 8 nothing measured, or index out of range; 10 tristimulus is null; 9 the options
+ * name a computation that can't be made; 11 as above. Doesn't talk to the instrument. */
 OB_EXPORT int32_t OB_GetTriStimulus(float* tristimulus, int32_t index);
+
+/* The density of sample index into density, 1 float, under "Colorimetric.DensityStandard" and
+ * "Colorimetric.DensityFilterMode"; with the mode "Auto", OB_GetDeviceInfo of that key then
+ * names the filter that was used.
+ * 0 written; 5 no substrate given with OB_SetSubstrate while "Colorimetric.WhiteBase" isn't
+ * "Absolute"; 8 nothing measured, or index out of range; 10 density is null; 9 and 11 as above.
+ * Doesn't talk to the instrument. */
 OB_EXPORT int32_t OB_GetDensity(float* density, int32_t index);
+
 /* Four densities, cyan, magenta, yellow and black; autoIndex, which may be NULL, receives the
- * position of the filter that the automatic choice takes, 4 for none of them. */
+ * position of the filter that the automatic choice takes, 4 for none of them. Leaves the option
+ * "Colorimetric.DensityFilterMode" at "Black" when autoIndex is NULL, at "Auto" otherwise.
+ * The codes of OB_GetDensity; 10 when densities is null. Doesn't talk to the instrument. */
 OB_EXPORT int32_t OB_GetDensities(float* densities, int32_t* autoIndex, int32_t index);
-/* Option keys and the values of "MeasurementMode" are compared without regard to case. */
+
+/* Sets an option of the current mode, or with the key "MeasurementMode" the mode itself.
+ * Option keys and the values of "MeasurementMode" are compared without regard to case.
+ * 0 set; 6 an unknown measurement mode; 10 key or value is null; 9 a key or value that the
+ * options refuse ("Modification not supported for key: ..."); 11 as above. Setting the mode
+ * "ResetAll" closes and opens the instrument again, a few control transfers; other options
+ * don't talk to it. */
 OB_EXPORT int32_t OB_SetOption(const char* key, const char* value);
-/* On failure the previous answer stands; "LastError" says why. */
+
+/* The value of an option of the current mode, "Undefined" for an unknown key. On failure the
+ * previous answer stands and "LastError" says why: code 10 for a null key. Doesn't talk to the
+ * instrument. The text belongs to the module; see Buffers above. */
 OB_EXPORT const char* OB_GetOption(const char* key);
-/* The white of the paper that densities are measured against: 36 values. */
+
+/* The white of the paper that densities are measured against: 36 values, copied; the array
+ * stays the caller's. Holds for every mode until the mode "ResetAll".
+ * 0 set; 10 spectrum is null; 11 as above. Doesn't talk to the instrument. */
 OB_EXPORT int32_t OB_SetSubstrate(const float* spectrum);
 
 #ifdef __cplusplus

@@ -59,6 +59,8 @@ void ComponentCreatorBase::Register()
     try {
         NamingService::Instance().AddCreator(this);
     } catch (...) {
+        // Runs at static initialisation, where nothing may raise: a creator the naming service
+        // missed is only unknown to it by name, and the live set above still holds it.
     }
 }
 
@@ -67,6 +69,7 @@ void ComponentCreatorBase::Unregister()
     try {
         NamingService::Instance().RemoveCreator(this);
     } catch (...) {
+        // Runs at static destruction, where nothing may raise; the naming service may be gone.
     }
     LiveCreators& live = Live();
     std::lock_guard<std::mutex> guard(live.lock);

@@ -76,4 +76,16 @@ String LanguageTranslator::KeyAfterFailure(const String& key) const
     return key;
 }
 
+String Translated(const String& english)
+{
+    return LanguageTranslator().Translate(english);
+}
+
+String Translated(const char* english, const char* placeholder, const String& value)
+{
+    String message = Translated(english);
+    message.Replace(String(placeholder), value);
+    return message;
+}
+
 }

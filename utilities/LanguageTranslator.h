@@ -31,4 +31,9 @@ private:
     SmartPointer<LanguageService> service;
 };
 
+// A message of the code in the language of the user; the placeholder, if given, is filled in
+// after the translation.
+String Translated(const String& english);
+String Translated(const char* english, const char* placeholder, const String& value);
+
 }

@@ -7,6 +7,7 @@
 #include <new>
 #include <utility>
 
+#include "diagnostics/DebugTraceItem.h"
 #include "utilities/Anything.h"
 #include "utilities/ComponentCreatorBase.h"
 #include "utilities/Directory.h"
@@ -197,7 +198,11 @@ void NamingService::LoadPlugins(const Directory& directory)
     for (const SmartPointer<File>& file : pluginDirectories.front()->GetFiles("*", "so")) {
         try {
             LoadPlugin(file);
-        } catch (const ExceptionNamingService&) {
+        } catch (const ExceptionNamingService& failure) {
+            // One module that can't be used leaves the others to load; the trace keeps why.
+            Diagnostics::DebugTraceItem trace("Utilities", "NamingService", "LoadPlugins");
+            trace.AddParameter(failure.Text()->CString());
+            trace.LogCall();
         }
     }
 }
@@ -211,7 +216,11 @@ void NamingService::LoadPlugin(const SmartPointer<File>& file)
         std::lock_guard<std::mutex> guard(lock);
         creatorAdded = false;
     }
-    loader->Load(file);
+    try {
+        loader->Load(file);
+    } catch (const ExceptionDllLoader& failure) {
+        throw ExceptionNamingService(String("NamingService: ") + *failure.Text());
+    }
     std::lock_guard<std::mutex> guard(lock);
     if (!creatorAdded) {
         throw ExceptionNamingService("NamingService: " + file->GetName().ToStdString() + " is not a valid plugin DLL.");

@@ -14,11 +14,6 @@ namespace {
 
 const char* const writeFailure = "Unable to write physical conditions to Pavilo";
 
-Utilities::String Translated(const Utilities::String& text)
-{
-    return Utilities::LanguageTranslator().Translate(text);
-}
-
 }
 
 DensityReflectance_V1_Impl::DensityReflectance_V1_Impl(Utilities::SmartPointer<DeviceDriver::RemissionHandle> handle)
@@ -28,7 +23,7 @@ DensityReflectance_V1_Impl::DensityReflectance_V1_Impl(Utilities::SmartPointer<D
     HandleLockGuard guard(AccessibleHandle());
     LockAndWriteConditionsOrThrow(guard);
     if (!handle->Measure("StoredWhite")) {
-        throw ExceptionHviModule(Translated("Unable to read stored white from Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to read stored white from Pavilo"));
     }
     ReflectanceSetup::ApplyFilterRule(*handle, conditions);
 }
@@ -53,7 +48,7 @@ void DensityReflectance_V1_Impl::Calibrate()
     HandleLockGuard guard(AccessibleHandle());
     LockAndWriteConditionsOrThrow(guard);
     if (!handle->Calibrate()) {
-        throw ExceptionHviModule(Translated(handle->GetLastError()));
+        throw ExceptionHviModule(Utilities::Translated(handle->GetLastError()));
     }
     ReflectanceSetup::ApplyFilterRule(*handle, conditions);
 }
@@ -63,7 +58,7 @@ void DensityReflectance_V1_Impl::Measure()
     HandleLockGuard guard(AccessibleHandle());
     LockAndWriteConditionsOrThrow(guard);
     if (!handle->Measure("Single")) {
-        throw ExceptionHviModule(Translated(handle->GetLastError()));
+        throw ExceptionHviModule(Utilities::Translated(handle->GetLastError()));
     }
 }
 
@@ -123,7 +118,7 @@ bool DensityReflectance_V1_Impl::LockAndWriteConditions(HandleLockGuard& guard)
 void DensityReflectance_V1_Impl::LockAndWriteConditionsOrThrow(HandleLockGuard& guard)
 {
     if (!LockAndWriteConditions(guard)) {
-        throw ExceptionHviModule(Translated(writeFailure));
+        throw ExceptionHviModule(Utilities::Translated(writeFailure));
     }
 }
 
@@ -131,7 +126,7 @@ void DensityReflectance_V1_Impl::LockAndWriteConditionsOrThrow(HandleLockGuard& 
 DeviceDriver::RemissionHandle& DensityReflectance_V1_Impl::AccessibleHandle() const
 {
     if (handle.IsNull()) {
-        throw ExceptionHviModule(Translated(writeFailure));
+        throw ExceptionHviModule(Utilities::Translated(writeFailure));
     }
     return *handle;
 }

@@ -19,9 +19,14 @@ bool HandleLockGuard::Acquire(unsigned long timeoutMs)
     return held;
 }
 
-DeviceDriver::SpectrumData HandleLockGuard::FetchResult()
+void HandleLockGuard::TakeOver()
 {
     held = true;
+}
+
+DeviceDriver::SpectrumData HandleLockGuard::FetchResult()
+{
+    TakeOver();
     DeviceDriver::SpectrumData result;
     if (!handle.GetResult(result)) {
         FailWithLastError();

@@ -16,8 +16,9 @@ public:
 
     // False when the lock wasn't had within the handle's time-out.
     bool Acquire(unsigned long timeoutMs = DeviceDriver::MeasurementHandle::lockTimeoutMs);
-    // Takes over the lock that the measurement left held and fetches its spectrum; the lock goes
-    // with the guard.
+    // Takes over the lock that the measurement left held; it goes with the guard.
+    void TakeOver();
+    // Takes over the lock that the measurement left held and fetches its spectrum.
     DeviceDriver::SpectrumData FetchResult();
     // Leaves the lock held beyond the guard, for the operation that fetches the result.
     void KeepHeld();

@@ -2,6 +2,7 @@
 
 #include <mutex>
 
+#include "driver/StateIds.h"
 #include "manager/pavilo/HandleLockGuard.h"
 
 namespace HviManager::PaviloDriver {
@@ -11,9 +12,6 @@ using Utilities::SmartPointer;
 using Utilities::String;
 
 namespace {
-
-constexpr uint16_t keyLatchState = 30001;
-constexpr uint16_t connectionState = 30002;
 
 const char* const measurementKey = "MeasurementKey";
 const char* const connection = "Connection";
@@ -82,7 +80,7 @@ void InstrumentButtons_V1_Impl::AddKeyPress(ButtonStates& states)
 {
     // The latch is cleared by this read; on a handle that isn't open the read fails, which is no key.
     long pressed = 0;
-    handle->GetState(keyLatchState, pressed);
+    handle->GetState(DeviceDriver::StateIds::interruptLatch, pressed);
     if (pressed != 0) {
         states[String(measurementKey)] = Anything();
     }
@@ -91,7 +89,7 @@ void InstrumentButtons_V1_Impl::AddKeyPress(ButtonStates& states)
 void InstrumentButtons_V1_Impl::AddConnectionChange(ButtonStates& states)
 {
     long attached = 0;
-    handle->GetState(connectionState, attached);
+    handle->GetState(DeviceDriver::StateIds::connected, attached);
     if (!connected && attached != 0) {
         connected = true;
         states[String(connection)] = Anything(1L);

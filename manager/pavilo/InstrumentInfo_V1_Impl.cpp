@@ -1,15 +1,15 @@
 #include "manager/pavilo/InstrumentInfo_V1_Impl.h"
 
+#include "driver/StateIds.h"
 #include "manager/pavilo/HandleLockGuard.h"
 
 namespace HviManager::PaviloDriver {
 
+using DeviceDriver::StateIds;
 using Utilities::SmartPointer;
 using Utilities::String;
 
 namespace {
-
-constexpr uint16_t connectionState = 30002;
 
 struct StateKey {
     const char* key;
@@ -17,10 +17,10 @@ struct StateKey {
 };
 
 constexpr StateKey stateKeys[] = {
-    {"LastCalibrationTime", 30003},
-    {"LastCalibrationCounter", 30004},
-    {"PhysicalFilter", 30005},
-    {"SerialNumber", 30006},
+    {"LastCalibrationTime", StateIds::secondsSinceCalibration},
+    {"LastCalibrationCounter", StateIds::measurementsSinceCalibration},
+    {"PhysicalFilter", StateIds::filter},
+    {"SerialNumber", StateIds::serialNumber},
 };
 
 }
@@ -46,7 +46,7 @@ String InstrumentInfo_V1_Impl::GetInformation(const String& key)
 String InstrumentInfo_V1_Impl::ConnectionText()
 {
     long value = 0;
-    if (!ReadStateLocked(connectionState, value)) {
+    if (!ReadStateLocked(StateIds::connected, value)) {
         return String("Failed");
     }
     return String(value != 0 ? "Connected" : "Not connected");

@@ -15,11 +15,6 @@ using Items = PhysicalConditionItems;
 
 const char* const noError = "No error!";
 
-Utilities::String Translated(const char* english)
-{
-    return Utilities::LanguageTranslator().Translate(Utilities::String(english));
-}
-
 bool Contains(const Utilities::String& text, const char* literal)
 {
     return text.Find(Utilities::String(literal)) >= 0;
@@ -100,7 +95,7 @@ void PhotoMeterDiagnostics_V1_Impl::Reserved(long) { }
 DeviceDriver::RawHandle& PhotoMeterDiagnostics_V1_Impl::AccessibleRawHandle() const
 {
     if (raw.IsNull()) {
-        throw ExceptionHviModule(Translated("Unable to access Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to access Pavilo"));
     }
     return *raw;
 }
@@ -110,7 +105,7 @@ bool PhotoMeterDiagnostics_V1_Impl::MeasureRaw(const RawOptions& options)
 {
     HandleLockGuard guard(AccessibleRawHandle());
     if (!guard.Acquire()) {
-        throw ExceptionHviModule(Translated("Unable to Lock RawHandle of Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to Lock RawHandle of Pavilo"));
     }
     DeviceDriver::ConfigurationData items("PhysicalConditions");
     if (!raw->GetConditions(items, false)) {

@@ -135,6 +135,8 @@ bool RecognitionMarvane::Recognize(const Vector<SpectrumData>& scan, Vector<Spec
         patches = found;
         return true;
     } catch (...) {
+        // A strip that can't be split, whatever stopped it, is answered as "Recognition impossible";
+        // the raw scan stays readable.
         return false;
     }
 }

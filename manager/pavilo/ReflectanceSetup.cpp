@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "driver/ConfigurationData.h"
+#include "driver/StateIds.h"
 #include "manager/pavilo/PhysicalConditionItems.h"
 
 namespace HviManager::PaviloDriver {
@@ -10,9 +11,6 @@ namespace HviManager::PaviloDriver {
 namespace {
 
 using Items = PhysicalConditionItems;
-
-constexpr uint16_t filterState = 30005;
-constexpr long uvCutFilter = 2;
 
 void SetItemsOf(ReflectanceSetup::Step step, DeviceDriver::ConfigurationData& items)
 {
@@ -38,7 +36,7 @@ bool ReflectanceSetup::WriteItems(DeviceDriver::RemissionHandle& handle, Step st
 void ReflectanceSetup::ApplyFilterRule(DeviceDriver::RemissionHandle& handle, CMetry::HvMeasureConditions& conditions)
 {
     long filter = 0;
-    if (handle.GetState(filterState, filter) && filter == uvCutFilter) {
+    if (handle.GetState(DeviceDriver::StateIds::filter, filter) && filter == DeviceDriver::StateIds::filterUVCut) {
         conditions.SetCondition("Physical.Filter", "UVCut");
     }
 }

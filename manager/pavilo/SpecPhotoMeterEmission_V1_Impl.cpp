@@ -20,11 +20,6 @@ constexpr double defaultIntegrationTime = 0.5;
 
 const Utilities::String undefined("Undefined");
 
-Utilities::String Translated(const char* english)
-{
-    return Utilities::LanguageTranslator().Translate(Utilities::String(english));
-}
-
 }
 
 SpecPhotoMeterEmission_V1_Impl::SpecPhotoMeterEmission_V1_Impl(
@@ -89,7 +84,7 @@ void SpecPhotoMeterEmission_V1_Impl::SetMeasureConditions(const CMetry::HvMeasur
 DeviceDriver::EmissionHandle& SpecPhotoMeterEmission_V1_Impl::AccessibleHandle() const
 {
     if (handle.IsNull()) {
-        throw ExceptionHviModule(Translated("Unable to access Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to access Pavilo"));
     }
     return *handle;
 }
@@ -98,7 +93,7 @@ DeviceDriver::EmissionHandle& SpecPhotoMeterEmission_V1_Impl::AccessibleHandle()
 void SpecPhotoMeterEmission_V1_Impl::LockAndPrepare(HandleLockGuard& guard)
 {
     if (!guard.Acquire()) {
-        throw ExceptionHviModule(Translated("Unable to Lock EmissionHandle of Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to Lock EmissionHandle of Pavilo"));
     }
     DeviceDriver::ConfigurationData items("PhysicalConditions");
     if (!handle->GetConditions(items, false)) {

@@ -9,11 +9,6 @@ namespace {
 
 const char* const lockFailure = "Unable to Lock RemissionHandle of Pavilo";
 
-Utilities::String Translated(const char* english)
-{
-    return Utilities::LanguageTranslator().Translate(Utilities::String(english));
-}
-
 }
 
 SpecPhotoMeterReflectance_V1_Impl::SpecPhotoMeterReflectance_V1_Impl(
@@ -93,7 +88,7 @@ void SpecPhotoMeterReflectance_V1_Impl::SetMeasureConditions(const CMetry::HvMea
 DeviceDriver::RemissionHandle& SpecPhotoMeterReflectance_V1_Impl::AccessibleHandle() const
 {
     if (handle.IsNull()) {
-        throw ExceptionHviModule(Translated("Unable to access Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to access Pavilo"));
     }
     return *handle;
 }
@@ -103,7 +98,8 @@ void SpecPhotoMeterReflectance_V1_Impl::LockAndWriteItems(
     HandleLockGuard& guard, ReflectanceSetup::Step step, bool translateLockFailure)
 {
     if (!guard.Acquire()) {
-        throw ExceptionHviModule(translateLockFailure ? Translated(lockFailure) : Utilities::String(lockFailure));
+        throw ExceptionHviModule(
+            translateLockFailure ? Utilities::Translated(lockFailure) : Utilities::String(lockFailure));
     }
     if (!ReflectanceSetup::WriteItems(*handle, step)) {
         guard.FailWithLastError();

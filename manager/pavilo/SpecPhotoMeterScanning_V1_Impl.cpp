@@ -1,7 +1,9 @@
 #include "manager/pavilo/SpecPhotoMeterScanning_V1_Impl.h"
 
 #include "cmetry/HvSpectrum.h"
+#include "driver/StateIds.h"
 #include "manager/ExceptionHviModule.h"
+#include "manager/pavilo/HandleLockGuard.h"
 #include "manager/pavilo/PhysicalConditionItems.h"
 #include "manager/pavilo/RecognitionMarvane.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -14,13 +16,11 @@ using CMetry::HvSample;
 using DeviceDriver::ConfigurationData;
 using DeviceDriver::RemissionScanHandle;
 using DeviceDriver::SpectrumData;
+using DeviceDriver::StateIds;
 using Utilities::SmartPointer;
 using Items = PhysicalConditionItems;
 
 namespace {
-
-constexpr uint16_t stateFilter = 30005;
-constexpr long filterUVCut = 2;
 
 // Ten readings a position unless the client gives its own count, which the instrument takes
 // from the replacement item.
@@ -37,11 +37,6 @@ void SetCalibrationItems(ConfigurationData& items)
     Items::SetReflectanceItems(items, 100, false, true);
 }
 
-Utilities::String Translated(const char* text)
-{
-    return Utilities::LanguageTranslator().Translate(text);
-}
-
 }
 
 SpecPhotoMeterScanning_V1_Impl::SpecPhotoMeterScanning_V1_Impl(SmartPointer<RemissionScanHandle> scanHandle)
@@ -50,57 +45,63 @@ SpecPhotoMeterScanning_V1_Impl::SpecPhotoMeterScanning_V1_Impl(SmartPointer<Remi
     conditions.SetCondition("Colorimetric.Illumination", "D50");
 }
 
-void SpecPhotoMeterScanning_V1_Impl::LockHandle(bool translateLockFailure)
+RemissionScanHandle& SpecPhotoMeterScanning_V1_Impl::AccessibleHandle() const
 {
     if (handle.IsNull()) {
-        throw ExceptionHviModule(Translated("Unable to access Pavilo"));
+        throw ExceptionHviModule(Utilities::Translated("Unable to access Pavilo"));
     }
-    if (!handle->Lock()) {
-        const char* text = "Unable to Lock RemissionScanHandle of Pavilo";
-        throw ExceptionHviModule(translateLockFailure ? Translated(text) : Utilities::String(text));
-    }
+    return *handle;
 }
 
-void SpecPhotoMeterScanning_V1_Impl::FailWithHandleError()
+// A calibration reports a missed lock in English whatever the language; a measurement translates it.
+void SpecPhotoMeterScanning_V1_Impl::LockAndWriteItems(
+    HandleLockGuard& guard, const std::function<void(ConfigurationData&)>& setItems, bool translateLockFailure)
 {
-    const Utilities::String text = handle->GetLastError();
-    handle->Unlock();
-    throw ExceptionHviModule(text);
+    if (!guard.Acquire()) {
+        const char* text = "Unable to Lock RemissionScanHandle of Pavilo";
+        throw ExceptionHviModule(translateLockFailure ? Utilities::Translated(text) : Utilities::String(text));
+    }
+    ConfigurationData items("PhysicalConditions");
+    if (!handle->GetConditions(items, false)) {
+        guard.FailWithLastError();
+    }
+    setItems(items);
+    if (!handle->SetConditions(items, false)) {
+        guard.FailWithLastError();
+    }
 }
 
 void SpecPhotoMeterScanning_V1_Impl::Measure(int32_t count)
 {
-    LockHandle(true);
-    ConfigurationData items("PhysicalConditions");
-    bool done = handle->GetConditions(items, false);
-    if (done) {
-        SetScanItems(items, count);
-        done = handle->SetConditions(items, false);
-    }
-    if (!done || !handle->Measure("Scan")) {
-        FailWithHandleError();
+    HandleLockGuard guard(AccessibleHandle());
+    LockAndWriteItems(
+        guard, [count](ConfigurationData& items) { SetScanItems(items, count); }, true);
+    if (!handle->Measure("Scan")) {
+        guard.FailWithLastError();
     }
     scanData = SmartPointer<ScanData>();
+    guard.KeepHeld();
 }
 
 bool SpecPhotoMeterScanning_V1_Impl::FetchScan()
 {
-    handle->Lock();
-    bool fetched = !scanData.IsNull();
-    DeviceDriver::SpectrumDataFifo* queue = nullptr;
-    if (!fetched && handle->GetScan(queue)) {
-        const auto length = static_cast<uint16_t>(queue->Size());
-        SmartPointer<ScanData> spectra(new ScanData(length));
-        unsigned long index = 0;
-        SpectrumData spectrum;
-        while (index < length && (!queue->IsEmpty() || !queue->IsFinished()) && queue->Pop(spectrum)) {
-            (*spectra)[index++] = spectrum;
-        }
-        scanData = spectra;
-        fetched = true;
+    if (!scanData.IsNull()) {
+        return true;
     }
-    handle->Unlock();
-    return fetched;
+    HandleLockGuard guard(*handle);
+    DeviceDriver::SpectrumDataFifo* queue = nullptr;
+    if (!guard.Acquire() || !handle->GetScan(queue)) {
+        return false;
+    }
+    const auto length = static_cast<uint16_t>(queue->Size());
+    SmartPointer<ScanData> spectra(new ScanData(length));
+    unsigned long index = 0;
+    SpectrumData spectrum;
+    while (index < length && (!queue->IsEmpty() || !queue->IsFinished()) && queue->Pop(spectrum)) {
+        (*spectra)[index++] = spectrum;
+    }
+    scanData = spectra;
+    return true;
 }
 
 HvSample SpecPhotoMeterScanning_V1_Impl::SampleOf(const ScanData& spectra) const
@@ -114,49 +115,40 @@ HvSample SpecPhotoMeterScanning_V1_Impl::SampleOf(const ScanData& spectra) const
 
 HvSample SpecPhotoMeterScanning_V1_Impl::GetSamples()
 {
+    HandleLockGuard guard(*handle);
+    guard.TakeOver();
     if (!FetchScan()) {
-        handle->Unlock();
         throw Utilities::ExceptionOutOfBound("Invalid data");
     }
-    const HvSample sample = SampleOf(*scanData);
-    handle->Unlock();
-    return sample;
+    return SampleOf(*scanData);
 }
 
 // A recognition that fails leaves the raw scan in place for GetSamples.
 HvSample SpecPhotoMeterScanning_V1_Impl::GetRecognizedSamples()
 {
-    RecognitionMarvane recognition;
+    HandleLockGuard guard(*handle);
+    guard.TakeOver();
     if (!FetchScan()) {
-        FailWithHandleError();
+        guard.FailWithLastError();
     }
     ScanData patches(0);
-    if (!recognition.Recognize(*scanData, patches)) {
-        handle->Unlock();
+    if (!RecognitionMarvane().Recognize(*scanData, patches)) {
         throw ExceptionHviModule("Recognition impossible");
     }
-    const HvSample sample = SampleOf(patches);
-    handle->Unlock();
-    return sample;
+    return SampleOf(patches);
 }
 
 void SpecPhotoMeterScanning_V1_Impl::Calibrate()
 {
-    LockHandle(false);
-    ConfigurationData items("PhysicalConditions");
-    bool done = handle->GetConditions(items, false);
-    if (done) {
-        SetCalibrationItems(items);
-        done = handle->SetConditions(items, false);
-    }
-    if (!done || !handle->Calibrate()) {
-        FailWithHandleError();
+    HandleLockGuard guard(AccessibleHandle());
+    LockAndWriteItems(guard, SetCalibrationItems, false);
+    if (!handle->Calibrate()) {
+        guard.FailWithLastError();
     }
     long filter = 0;
-    if (handle->GetState(stateFilter, filter) && filter == filterUVCut) {
+    if (handle->GetState(StateIds::filter, filter) && filter == StateIds::filterUVCut) {
         conditions.SetCondition("Physical.Filter", "UVCut");
     }
-    handle->Unlock();
 }
 
 HvMeasureConditions SpecPhotoMeterScanning_V1_Impl::GetConditions()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "cmetry/HvMeasureConditions.h"
 #include "cmetry/HvSample.h"
@@ -8,6 +9,7 @@
 #include "driver/RemissionScanHandle.h"
 #include "driver/SpectrumData.h"
 #include "manager/SpecPhotoMeterScanning_V1.h"
+#include "manager/pavilo/HandleLockGuard.h"
 #include "utilities/SmartPointer.h"
 #include "utilities/Vector.h"
 
@@ -34,10 +36,11 @@ public:
 private:
     using ScanData = Utilities::Vector<DeviceDriver::SpectrumData>;
 
-    // Throws when there is no handle or its lock can't be had.
-    void LockHandle(bool translateLockFailure);
-    // Gives up the lock and throws the handle's last error.
-    [[noreturn]] void FailWithHandleError();
+    // Throws when there is no handle.
+    DeviceDriver::RemissionScanHandle& AccessibleHandle() const;
+    // Throws when the lock can't be had or the items don't reach the handle.
+    void LockAndWriteItems(HandleLockGuard& guard,
+        const std::function<void(DeviceDriver::ConfigurationData&)>& setItems, bool translateLockFailure);
     // Brings the spectra of the last scan over from the handle, once per scan.
     bool FetchScan();
     CMetry::HvSample SampleOf(const ScanData& spectra) const;

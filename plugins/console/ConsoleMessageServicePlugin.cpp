@@ -4,8 +4,14 @@
 
 // Offers the console message service under "MessageService" for as long as the module stays
 // loaded.
-ORBEL_PLUGIN_EXPORT void ORBEL_PLUGIN_ENTRY(Utilities::ComponentRegistry& registry)
+namespace {
+
+void Register(Utilities::ComponentRegistry& registry)
 {
     static Utilities::ComponentCreatorSingleton<Plugins::ConsoleMessageService> creator(
         registry, "MessageService", "$Revision: 1.0 $", "GUI");
 }
+
+}
+
+ORBEL_PLUGIN_ENTRY(Register)

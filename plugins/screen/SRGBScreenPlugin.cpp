@@ -3,8 +3,14 @@
 #include "utilities/DllLoader.h"
 
 // Offers the sRGB conversion under "VellumCMMScreen" for as long as the module stays loaded.
-ORBEL_PLUGIN_EXPORT void ORBEL_PLUGIN_ENTRY(Utilities::ComponentRegistry& registry)
+namespace {
+
+void Register(Utilities::ComponentRegistry& registry)
 {
     static Utilities::ComponentCreatorSingleton<Plugins::SRGBScreen> creator(
         registry, "VellumCMMScreen", "$Revision: 1.0 $", "CMetry");
 }
+
+}
+
+ORBEL_PLUGIN_ENTRY(Register)

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "diagnostics/DiagnosticsFilter.h"
 #include "tests/TemporaryDirectory.h"
@@ -24,37 +25,40 @@ protected:
 
 }
 
-TEST_F(DiagnosticsFilterTest, ListedPackagesAndClassesAreHidden)
+TEST_F(DiagnosticsFilterTest, ListedNamesAreHiddenAndAfterShowOnlyTheListedAloneAreShown)
 {
-    directory.Write(packageFile, "CMetry\nDeviceDriver\n");
-    directory.Write(classFile, "List\n");
-
-    EXPECT_FALSE(filter.IsTraced("CMetry", "CMetryCalculator"));
-    EXPECT_FALSE(filter.IsTraced("DeviceDriver", ""));
-    EXPECT_FALSE(filter.IsTraced("Utilities", "List"));
-    EXPECT_TRUE(filter.IsTraced("Utilities", "Map"));
-}
-
-TEST_F(DiagnosticsFilterTest, ShowOnlyTracesTheListedPackageAlone)
-{
-    directory.Write(packageFile, "{ShowOnly}\nUtilities\n");
-
-    EXPECT_TRUE(filter.IsTraced("Utilities", "List"));
-    EXPECT_FALSE(filter.IsTraced("CMetry", "List"));
-    EXPECT_FALSE(filter.IsTraced("utilities", ""));
-    // The mark's line stays in the list as a name.
-    EXPECT_TRUE(filter.IsTraced("{ShowOnly}", ""));
-}
-
-TEST_F(DiagnosticsFilterTest, ShowOnlyFromTheClassFileShowsListedPackagesToo)
-{
-    directory.Write(packageFile, "CMetry\n");
-    directory.Write(classFile, "List {ShowOnly} please\nMap\n");
-
-    EXPECT_TRUE(filter.IsTraced("CMetry", "CMetryCalculator"));
-    EXPECT_TRUE(filter.IsTraced("Utilities", "Map"));
-    EXPECT_FALSE(filter.IsTraced("Utilities", "List"));
-    EXPECT_TRUE(filter.IsTraced("Utilities", "List {ShowOnly} please"));
+    struct Asked {
+        const char* package;
+        const char* className;
+        bool traced;
+    };
+    struct Listing {
+        const char* packages;
+        const char* classes;
+        std::vector<Asked> asked;
+    };
+    const Listing listings[] = {
+        {"CMetry\nDeviceDriver\n", "List\n",
+            {{"CMetry", "CMetryCalculator", false}, {"DeviceDriver", "", false}, {"Utilities", "List", false},
+                {"Utilities", "Map", true}}},
+        // The mark's line stays in the list as a name.
+        {"{ShowOnly}\nUtilities\n", "",
+            {{"Utilities", "List", true}, {"CMetry", "List", false}, {"utilities", "", false},
+                {"{ShowOnly}", "", true}}},
+        // A mark in the class file shows the listed packages too.
+        {"CMetry\n", "List {ShowOnly} please\nMap\n",
+            {{"CMetry", "CMetryCalculator", true}, {"Utilities", "Map", true}, {"Utilities", "List", false},
+                {"Utilities", "List {ShowOnly} please", true}}},
+    };
+    for (const Listing& listing : listings) {
+        directory.Write(packageFile, listing.packages);
+        directory.Write(classFile, listing.classes);
+        DiagnosticsFilter reading;
+        for (const Asked& asked : listing.asked) {
+            EXPECT_EQ(reading.IsTraced(asked.package, asked.className), asked.traced)
+                << listing.packages << listing.classes << ": " << asked.package << " " << asked.className;
+        }
+    }
 }
 
 TEST_F(DiagnosticsFilterTest, WithoutFilesEverythingIsTracedUntilANewFilterReadsThem)

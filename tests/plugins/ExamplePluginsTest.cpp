@@ -5,6 +5,9 @@
 #include "manager/MessageService.h"
 #include "utilities/Anything.h"
 #include "utilities/Directory.h"
+#include "utilities/DllLoader.h"
+#include "utilities/ExceptionDllLoader.h"
+#include "utilities/File.h"
 #include "utilities/NamingService.h"
 #include "utilities/ResolveAs.h"
 
@@ -44,8 +47,9 @@ std::vector<float> RGB(float lightness, float a, float b)
     return {rgb[0], rgb[1], rgb[2]};
 }
 
-// Both example plug-ins, a file that is no plug-in before them and a second copy of one that
-// brings no new name, loaded once for the whole program as a host would load them.
+// Both example plug-ins, a file that is no plug-in and one built for another plug-in ABI before
+// them and a second copy of one that brings no new name, loaded once for the whole program as a
+// host would load them.
 class ExamplePlugins : public testing::Test {
 protected:
     static void SetUpTestSuite()
@@ -54,6 +58,7 @@ protected:
         directory = new TemporaryDirectory;
         std::filesystem::create_directory(*directory / "plugins");
         directory->Write("plugins/Aa-not-a-plugin.so", "no shared object");
+        std::filesystem::copy_file(ORBEL_WRONG_ABI_PLUGIN, *directory / "plugins/Ab-wrong-abi.so");
         std::filesystem::copy_file(ORBEL_MESSAGE_SERVICE_PLUGIN, *directory / "plugins/ConsoleMessageService.so");
         std::filesystem::copy_file(ORBEL_MESSAGE_SERVICE_PLUGIN, *directory / "plugins/ConsoleMessageServiceCopy.so");
         std::filesystem::copy_file(ORBEL_SCREEN_PLUGIN, *directory / "plugins/SRGBScreen.so");
@@ -94,6 +99,20 @@ TEST_F(ExamplePlugins, ScreenComponentConvertsLabToSRGB)
     const std::vector<float> red = RGB(53.24f, 80.09f, 67.2f);
     EXPECT_EQ((std::vector<float>{255.0f, 0.0f, 0.0f}), red);
     EXPECT_NE(builtInRed, red);
+}
+
+TEST_F(ExamplePlugins, APluginBuiltForAnotherAbiVersionIsRefusedNamingBothVersions)
+{
+    EXPECT_TRUE(ResolveAs<GUI::MessageService>("WrongAbiMessageService").IsNull());
+    const SmartPointer<Utilities::DllLoader> loader =
+        Utilities::DllLoader::Create(Utilities::NamingService::Instance());
+    try {
+        loader->Load(Utilities::File::Create(ORBEL_WRONG_ABI_PLUGIN));
+        ADD_FAILURE() << "loaded";
+    } catch (const Utilities::ExceptionDllLoader& failure) {
+        EXPECT_STREQ("WrongAbiPlugin.so is built for plug-in ABI version 999, this module has version 1",
+            failure.Text()->CString());
+    }
 }
 
 }

@@ -23,13 +23,6 @@ namespace {
 constexpr char rootPath[] = "/";
 constexpr char settingsFolder[] = "orbel";
 
-String FailureText(const char* english, const char* placeholder, const String& value)
-{
-    String text = LanguageTranslator().Translate(String(english));
-    text.Replace(String(placeholder), value);
-    return text;
-}
-
 struct ListingCloser {
     void operator()(DIR* listing) const { ::closedir(listing); }
 };
@@ -55,7 +48,7 @@ std::string HomeDirectory()
 Directory_PC::Directory_PC(long kind, const String& given) : path(PathOfKind(kind, given)), kind(kind)
 {
     if (kind == DirectoryGiven && !Exists(path)) {
-        throw ExceptionResourceNotAvailable(FailureText("Error: Directory %DIR% does not exist", "%DIR%", given));
+        throw ExceptionResourceNotAvailable(Translated("Error: Directory %DIR% does not exist", "%DIR%", given));
     }
 }
 
@@ -133,7 +126,7 @@ void Directory_PC::CreateSubdirectory(const String& name)
     const String subdirectory = PathOf(name.ToStdString());
     if (::mkdir(subdirectory.CString(), 0777) != 0 && !(errno == EEXIST && IsDirectory(subdirectory))) {
         throw ExceptionResourceNotAvailable(
-            FailureText("Creation of subdirectory '%DIRECTORYNAME%' failed", "%DIRECTORYNAME%", name));
+            Translated("Creation of subdirectory '%DIRECTORYNAME%' failed", "%DIRECTORYNAME%", name));
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include "utilities/ExceptionDllLoader.h"
+
 namespace Utilities {
 
 DllLoader_PC::DllLoader_PC(ComponentRegistry& registry) : DllLoader(registry), moduleHandle(nullptr) { }
@@ -26,7 +28,12 @@ bool DllLoader_PC::Load(SmartPointer<File> file)
     if (entry == nullptr) {
         return false;
     }
-    entry(registry);
+    const std::uint32_t built = entry(pluginAbiVersion, &registry);
+    if (built != pluginAbiVersion) {
+        throw ExceptionDllLoader(file->GetName() + String(" is built for plug-in ABI version ") +
+            String(static_cast<long>(built)) + String(", this module has version ") +
+            String(static_cast<long>(pluginAbiVersion)));
+    }
     return true;
 }
 

@@ -12,6 +12,7 @@ public:
     // Unloads the module; its creators leave the registry as it goes.
     ~DllLoader_PC() override;
 
+    // Raises ExceptionDllLoader, naming both versions, for a module built for another plug-in ABI.
     bool Load(SmartPointer<File> file) override;
 
 private:

@@ -22,9 +22,7 @@ constexpr char unknownTimeStamp[] = "00000000000000";
 
 String FailureText(const char* english, const String& path)
 {
-    String text = LanguageTranslator().Translate(String(english));
-    text.Replace(String("%FILENAME%"), path);
-    return text;
+    return Translated(english, "%FILENAME%", path);
 }
 
 // The status of the file as one that can be opened for reading; false when it can't.

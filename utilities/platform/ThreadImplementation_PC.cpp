@@ -83,6 +83,7 @@ uint32_t ThreadImplementation_PC::RunCaught(Thread* thread)
     try {
         return thread->Run();
     } catch (...) {
+        // A thread's failure has no caller to reach: it ends the thread with the failure's exit code.
         return exitCodeOfFailure;
     }
 }

@@ -14,7 +14,7 @@
 #include "driver/RemissionScanHandle.h"
 #include "manager/pavilo/SpecPhotoMeterScanning_V1_Impl.h"
 #include "sim/SpectralTables.h"
-#include "tests/driver/PaviloSimFixture.h"
+#include "tests/manager/pavilo/PaviloHandleFixture.h"
 #include "utilities/Exception.h"
 
 namespace {
@@ -26,16 +26,6 @@ using CMetry::HvSpectrum;
 using DeviceDriver::RemissionScanHandle;
 using HviManager::PaviloDriver::SpecPhotoMeterScanning_V1_Impl;
 using Utilities::SmartPointer;
-
-std::string TextOfFailure(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const Utilities::Exception& failure) {
-        return failure.Text()->CString();
-    }
-    return "no failure";
-}
 
 HvMeasureConditions LabConditions()
 {
@@ -70,7 +60,7 @@ const OrbelSim::NamedStrip& BuiltinStrip(const std::string& name)
     throw std::invalid_argument(name);
 }
 
-class SpecPhotoMeterScanningTest : public DeviceDriverTest::PaviloSimFixture {
+class SpecPhotoMeterScanningTest : public HviManagerTest::PaviloHandleFixture {
 protected:
     SpecPhotoMeterScanningTest() : handle(new RemissionScanHandle), scanning(handle)
     {
@@ -174,7 +164,7 @@ TEST_F(SpecPhotoMeterScanningTest, AStripDrawnTooFastFailsInsteadOfGivingWrongCo
     for (int speed : {150, 250}) {
         Draw("builtin:colour24", speed);
         scanning.Measure(-1);
-        EXPECT_EQ(TextOfFailure([&] { scanning.GetRecognizedSamples(); }), "Recognition impossible") << speed;
+        EXPECT_EQ(FailureText([&] { scanning.GetRecognizedSamples(); }), "Recognition impossible") << speed;
         EXPECT_GT(scanning.GetSamples().GetElementCount(), 24u);
     }
 
@@ -196,7 +186,7 @@ TEST_F(SpecPhotoMeterScanningTest, ABlankStripKeepsItsRawSpectra)
     Draw(BlankStrip(), 80);
     scanning.Measure(-1);
     const std::uint64_t scans = Counter("scans");
-    EXPECT_EQ(TextOfFailure([&] { scanning.GetRecognizedSamples(); }), "Recognition impossible");
+    EXPECT_EQ(FailureText([&] { scanning.GetRecognizedSamples(); }), "Recognition impossible");
     const HvSample raw = scanning.GetSamples();
     EXPECT_GT(raw.GetElementCount(), 10u);
     EXPECT_EQ(raw, scanning.GetSamples());
@@ -207,30 +197,57 @@ TEST_F(SpecPhotoMeterScanningTest, ABlankStripKeepsItsRawSpectra)
 
 TEST_F(SpecPhotoMeterScanningTest, TheClientsCountGoesThroughItem9189)
 {
-    Draw("builtin:grey8", 80);
-    scanning.Measure(-1);
-    EXPECT_EQ(Item(2010), 10u);
-    EXPECT_EQ(Item(2008), 1u);
-    EXPECT_EQ(static_cast<std::int32_t>(Item(9189)), -1);
-    EXPECT_EQ(scanning.GetSamples().GetElementCount() % 10, 0u);
-
-    scanning.Measure(12);
-    EXPECT_EQ(Item(2010), 10u);
-    EXPECT_EQ(Item(9189), 12u);
-    EXPECT_EQ(scanning.GetSamples().GetElementCount() % 12, 0u);
+    for (const auto& [count, perPosition] : {std::pair{-1, 10u}, std::pair{12, 12u}}) {
+        Draw("builtin:grey8", 80);
+        scanning.Measure(count);
+        EXPECT_EQ(Item(2010), 10u);
+        EXPECT_EQ(Item(2008), 1u);
+        EXPECT_EQ(static_cast<std::int32_t>(Item(9189)), count);
+        EXPECT_EQ(scanning.GetSamples().GetElementCount() % perPosition, 0u) << count;
+    }
 }
 
-TEST(SpecPhotoMeterScanningWithoutHandleTest, FailsWithoutTouchingAnything)
+// A scan handle whose fetch of the scan and question of a state fail with a fault of the host.
+class FaultyScanHandle : public RemissionScanHandle {
+public:
+    bool GetScan(DeviceDriver::SpectrumDataFifo*&) override { throw std::runtime_error("fault in the fetch"); }
+    bool GetState(uint16_t, long&) override { throw std::runtime_error("fault in the question"); }
+};
+
+using SpecPhotoMeterScanningWithoutScanTest = HviManagerTest::PaviloHandleFixture;
+
+TEST_F(SpecPhotoMeterScanningWithoutScanTest, AFaultInsideAnOperationLeavesTheLockToTheNextCaller)
+{
+    sim.Command({"place", "tile"});
+    const SmartPointer<FaultyScanHandle> handle = OpenHandle<FaultyScanHandle>();
+    SpecPhotoMeterScanning_V1_Impl scanning(handle);
+    const std::pair<const char*, std::function<void()>> operations[] = {
+        {"Calibrate", [&] { scanning.Calibrate(); }},
+        {"GetSamples", [&] { scanning.GetSamples(); }},
+        {"GetRecognizedSamples", [&] { scanning.GetRecognizedSamples(); }},
+    };
+    for (const auto& [name, operation] : operations) {
+        DrawStripOf(20);
+        if (std::string(name) != "Calibrate") {
+            scanning.Measure(-1);
+        }
+        EXPECT_THROW(operation(), std::runtime_error) << name;
+        EXPECT_TRUE(LockIsFreeForOtherThreads(handle)) << name;
+    }
+    handle->Close();
+}
+
+TEST_F(SpecPhotoMeterScanningWithoutScanTest, FailsWithoutTouchingAnything)
 {
     SpecPhotoMeterScanning_V1_Impl scanning{SmartPointer<RemissionScanHandle>()};
-    EXPECT_EQ(TextOfFailure([&] { scanning.Measure(-1); }), "Unable to access Pavilo");
-    EXPECT_EQ(TextOfFailure([&] { scanning.Calibrate(); }), "Unable to access Pavilo");
+    EXPECT_EQ(FailureText([&] { scanning.Measure(-1); }), "Unable to access Pavilo");
+    EXPECT_EQ(FailureText([&] { scanning.Calibrate(); }), "Unable to access Pavilo");
     EXPECT_EQ(scanning.GetMeasureConditions().GetCondition("Colorimetric.Illumination"), "D50");
 
     SmartPointer<RemissionScanHandle> unconnected(new RemissionScanHandle);
     SpecPhotoMeterScanning_V1_Impl withoutScan(unconnected);
-    EXPECT_EQ(TextOfFailure([&] { withoutScan.GetSamples(); }), "Invalid data");
-    EXPECT_EQ(TextOfFailure([&] { withoutScan.GetRecognizedSamples(); }), "Handle not open!");
+    EXPECT_EQ(FailureText([&] { withoutScan.GetSamples(); }), "Invalid data");
+    EXPECT_EQ(FailureText([&] { withoutScan.GetRecognizedSamples(); }), "Handle not open!");
 }
 
 }
