@@ -11,6 +11,8 @@ all: configure
 configure:
 	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
 
+# The tests build with warnings as errors; a plain build only warns.
+test: override CMAKE_FLAGS += -DORBEL_WERROR=ON
 test: all
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
