@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test demo bench asan tsan format check-format clean
+.PHONY: all configure test demo bench asan tsan format check-format check-sources clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -36,6 +36,10 @@ format:
 
 check-format:
 	@sh scripts/check-format.sh
+
+# Every source named exactly once in the CMakeLists.txt of its folder.
+check-sources:
+	@python3 scripts/check-sources.py
 
 clean:
 	rm -rf build build-asan build-tsan
