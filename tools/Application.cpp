@@ -82,7 +82,7 @@ int Application::Run(const std::vector<std::string>& words, std::ostream& out, s
         return words.empty() ? CliError::UsageStatus : 0;
     }
     if (words.front() == "--version") {
-        out << "orbel 1.0.0, module " << OB_GetDeviceInfo("Version") << '\n';
+        out << "orbel " ORBEL_VERSION ", module " << OB_GetDeviceInfo("Version") << '\n';
         return 0;
     }
     try {
