@@ -13,51 +13,23 @@ class OrbelError(Exception):
         self.last_error = last_error
 
 
-class DeviceNotReady(OrbelError):
-    code = 1
-
-
-class DeviceNotConnected(OrbelError):
-    code = 2
-
-
-class DeviceNotCalibrated(OrbelError):
-    code = 3
-
-
-class KeyNotPressed(OrbelError):
-    code = 4
-
-
-class NoSubstrateWhiteReference(OrbelError):
-    code = 5
-
-
-class InvalidMeasurementMode(OrbelError):
-    code = 6
-
-
-class StripRecognitionFailed(OrbelError):
-    code = 7
-
-
-class NoDataAvailable(OrbelError):
-    code = 8
-
-
-class ExceptionOccured(OrbelError):
-    code = 9
-
-
-class InvalidArgument(OrbelError):
-    code = 10
-
-
-class UnknownError(OrbelError):
-    code = 11
-
-
-_BY_CODE = {error.code: error for error in OrbelError.__subclasses__()}
+# The codes of orbel.h under their names there, each the exception class of its code.
+_NAMES = {
+    1: "DeviceNotReady",
+    2: "DeviceNotConnected",
+    3: "DeviceNotCalibrated",
+    4: "KeyNotPressed",
+    5: "NoSubstrateWhiteReference",
+    6: "InvalidMeasurementMode",
+    7: "StripRecognitionFailed",
+    8: "NoDataAvailable",
+    9: "ExceptionOccured",
+    10: "InvalidArgument",
+    11: "UnknownError",
+}
+_BY_CODE = {code: type(name, (OrbelError,), {"code": code}) for code, name in _NAMES.items()}
+globals().update({error.__name__: error for error in _BY_CODE.values()})
+__all__ = ["OrbelError", "error_for", *_NAMES.values()]
 
 
 def error_for(function, code, last_error):

@@ -4,7 +4,7 @@ import ctypes
 from dataclasses import dataclass, field
 
 from . import _library as lib
-from .errors import DeviceNotConnected
+from . import errors
 
 try:
     import numpy
@@ -60,7 +60,7 @@ class Instrument:
 
     def __enter__(self):
         if not self.connected:
-            raise DeviceNotConnected("OB_IsConnected", 2, self.info("LastError"))
+            raise errors.DeviceNotConnected("OB_IsConnected", 2, self.info("LastError"))
         return self
 
     def __exit__(self, *exception):
