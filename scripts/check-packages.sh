@@ -13,7 +13,7 @@ cmake -S . -B "$build" -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_SKIP_INSTALL_ALL_DEPE
 cmake --build "$build" -j "$(nproc)" --target orbel orbel-cli orbel-sim
 rm -rf "$build/packages"
 (cd "$build" && cpack -G DEB -B "$PWD/packages" >/dev/null)
-lintian --fail-on error --suppress-tags package-contains-empty-directory "$build"/packages/*.deb
+lintian --fail-on error "$build"/packages/*.deb
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/orbel-packages.XXXXXX")
 ORBEL_SIM_DIR=$work/sim
