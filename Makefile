@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test demo bench asan tsan format check-format clean
+.PHONY: all configure test demo bench asan tsan format check-format check-sources check-packages clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -11,14 +11,18 @@ all: configure
 configure:
 	cmake -S . -B $(BUILD) $(CMAKE_FLAGS)
 
+# The tests build with warnings as errors; a plain build only warns.
+test: override CMAKE_FLAGS += -DORBEL_WERROR=ON
 test: all
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
 bench: configure
 	cmake --build $(BUILD) -j $(JOBS) --target bench
 
-# A tour of the instrument on a virtual one, plugged in for the tour and unplugged after it.
-demo: all
+# A tour of the instrument on a virtual one, plugged in for the tour and unplugged after it. It
+# builds only what the tour runs: the module, the program and the virtual instrument.
+demo: configure
+	cmake --build $(BUILD) -j $(JOBS) --target orbel orbel-cli orbel-sim
 	@sh scripts/demo.sh $(BUILD)
 
 # The same tests under AddressSanitizer with UndefinedBehaviorSanitizer, and under ThreadSanitizer.
@@ -35,5 +39,15 @@ format:
 check-format:
 	@sh scripts/check-format.sh
 
+# Every source named exactly once in the CMakeLists.txt of its folder.
+check-sources:
+	@python3 scripts/check-sources.py
+
+# The Debian packages, checked with lintian, installed with dpkg (as root) and used by a small C
+# host. PACKAGE_BUILD=build reuses the test build, as CI does.
+PACKAGE_BUILD ?= build-package
+check-packages:
+	sh scripts/check-packages.sh $(PACKAGE_BUILD)
+
 clean:
-	rm -rf build build-asan build-tsan
+	rm -rf build build-asan build-tsan build-package

@@ -30,6 +30,8 @@
 
 #include <stdint.h>
 
+#include "orbel_version.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif

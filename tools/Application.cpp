@@ -64,7 +64,13 @@ int Application::RunCommand(
     }
     const Arguments arguments(command.Name(), words, command.Options());
     if (!arguments.Positional().empty()) {
-        throw CliError::Usage("'" + command.Name() + "' takes no argument '" + arguments.Positional().front() + "'");
+        // Appended piece by piece: GCC 12 at -O3 sees a false overlap (-Wrestrict) in "'" + name.
+        std::string message("'");
+        message.append(command.Name())
+            .append("' takes no argument '")
+            .append(arguments.Positional().front())
+            .append("'");
+        throw CliError::Usage(message);
     }
     return command.Run(arguments, out, messages);
 }
@@ -76,7 +82,7 @@ int Application::Run(const std::vector<std::string>& words, std::ostream& out, s
         return words.empty() ? CliError::UsageStatus : 0;
     }
     if (words.front() == "--version") {
-        out << "orbel 1.0.0, module " << OB_GetDeviceInfo("Version") << '\n';
+        out << "orbel " ORBEL_VERSION ", module " << OB_GetDeviceInfo("Version") << '\n';
         return 0;
     }
     try {

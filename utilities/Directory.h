@@ -28,6 +28,8 @@ public:
     // A kind other than those above fails with ExceptionOutOfBound; DirectoryGiven for a path
     // where nothing exists fails with ExceptionResourceNotAvailable.
     static SmartPointer<Directory> Create(long kind, const String& path = String());
+    // Whether a directory exists at path; asks first where a failure would cost a translated exception.
+    static bool Exists(const String& path);
 
     Directory(const Directory&) = delete;
     Directory& operator=(const Directory&) = delete;

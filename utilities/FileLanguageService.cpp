@@ -3,6 +3,7 @@
 #include <exception>
 #include <vector>
 
+#include "InstalledPaths.h"
 #include "utilities/ComponentCreatorSingleton.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/ExceptionResourceNotAvailable.h"
@@ -46,6 +47,16 @@ String WithLineFeeds(String line)
 String WithoutMarks(const String& text)
 {
     return text.Length() <= 2 ? String() : text.SubString(1, text.Length() - 2);
+}
+
+// The languages an installation of the module brings, in the data directory the build names.
+std::vector<SmartPointer<Directory>> InstalledLanguages()
+{
+    const String installed(ORBEL_INSTALLED_DATA_DIR);
+    if (!Directory::Exists(installed)) {
+        return {};
+    }
+    return Directory::Create(Directory::DirectoryGiven, installed)->GetSubdirectories(languagesName);
 }
 
 String VersionLine(const char* role, const File& file, const String& fileVersion)
@@ -225,7 +236,11 @@ SmartPointer<Directory> FileLanguageService::ApplicationDirectory() const
 bool FileLanguageService::ReadLanguages(String& errorText)
 {
     const SmartPointer<Directory> application = ApplicationDirectory();
-    const std::vector<SmartPointer<Directory>> found = application->GetSubdirectories(languagesName);
+    // Languages beside the host program come first; without them, those of the installation.
+    std::vector<SmartPointer<Directory>> found = application->GetSubdirectories(languagesName);
+    if (found.empty() && directoryKind == Directory::DirectoryApplication) {
+        found = InstalledLanguages();
+    }
     if (found.empty()) {
         errorText +=
             String(initialisationFailure) + String("Directory ") + application->GetPath() + String(" missing!\n\n");

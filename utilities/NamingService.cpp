@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "diagnostics/DebugTraceItem.h"
+#include "InstalledPaths.h"
 #include "utilities/Anything.h"
 #include "utilities/ComponentCreatorBase.h"
 #include "utilities/Directory.h"
@@ -180,11 +181,19 @@ void NamingService::ScanPluginsOnce()
     initialised.store(true, std::memory_order_release);
 }
 
-// Whatever goes wrong ends the scan quietly: without plug-ins the module works all the same.
+// Plug-ins beside the host program come first, then those of the installation, whose folder the
+// build names. Whatever goes wrong ends a scan quietly: without plug-ins the module works all the same.
 void NamingService::ScanPlugins()
 {
     try {
         LoadPlugins(*Directory::Create(Directory::DirectoryApplication));
+    } catch (...) {
+    }
+    if (!Directory::Exists(String(ORBEL_INSTALLED_MODULE_DIR))) {
+        return;
+    }
+    try {
+        LoadPlugins(*Directory::Create(Directory::DirectoryGiven, String(ORBEL_INSTALLED_MODULE_DIR)));
     } catch (...) {
     }
 }

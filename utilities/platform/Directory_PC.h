@@ -21,13 +21,14 @@ public:
     String GetPath() const override;
     Diagnostics::String GetValueString() const override;
 
+    static bool IsDirectory(const String& path);
+
 private:
     static String PathOfKind(long kind, const String& given);
     static String WorkingDirectory();
     static String ProgramDirectory();
     static String SettingsDirectory();
     static bool Exists(const String& path);
-    static bool IsDirectory(const String& path);
 
     // The names of the entries that match the wildcard pattern, sorted.
     std::vector<std::string> EntriesMatching(const String& pattern) const;

@@ -1,0 +1,15 @@
+"""The Orbel hand-held spectrophotometer from Python.
+
+    import orbel
+    with orbel.sim.start() as sim, orbel.Instrument() as instrument:
+        sim.place("tile")
+        instrument.calibrate()
+        sim.place("sample:grey50")
+        print(instrument.measure(colour_space="CIELab", illumination="D50").colour)
+"""
+from . import errors, sim
+from .errors import *  # noqa: F401,F403 - the exception class of each code
+from .instrument import MODES, OPTIONS, WAVELENGTHS, Instrument, Sample
+
+__version__ = "1.0.0"
+__all__ = ["Instrument", "Sample", "MODES", "OPTIONS", "WAVELENGTHS", "sim", *errors.__all__]
