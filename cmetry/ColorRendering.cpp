@@ -4,7 +4,6 @@
 
 #include "cmetry/CieTables.h"
 #include "cmetry/CorrelatedColorTemperature.h"
-#include "cmetry/SpectralDistribution.h"
 #include "cmetry/TestColourSamples.h"
 
 namespace CMetry {
@@ -16,15 +15,21 @@ constexpr int generalSamples = 8;
 struct Colour {
     double u;
     double v;
-    double y;  // with the light's Y = 100
+    double y; // with the light's Y = 100
 };
+
+// The value of a table at a data point of the grid, which all its tables cover.
+double AtDataPoint(const CieTables::Table& table, std::size_t index)
+{
+    const std::size_t wavelength = EmissionWeights::firstWavelength + EmissionWeights::step * index;
+    return table.values[(wavelength - table.minimum) / table.step];
+}
 
 EmissionWeights::Values Reflected(const EmissionWeights::Values& light, int sample)
 {
-    const SpectralDistribution reflectance(TestColourSamples::Sample[sample]);
     EmissionWeights::Values values = light;
     for (std::size_t index = 0; index < values.size(); ++index) {
-        values[index] *= reflectance.ValueAt(static_cast<uint16_t>(HvMeasureConditions::wavelengthMinimum + 10 * index));
+        values[index] *= AtDataPoint(TestColourSamples::Sample[sample], index);
     }
     return values;
 }
@@ -32,7 +37,8 @@ EmissionWeights::Values Reflected(const EmissionWeights::Values& light, int samp
 Colour ColourOf(const EmissionWeights::Values& values, double lightY)
 {
     const EmissionWeights::Xyz xyz = EmissionWeights::XyzOf(values);
-    const EmissionWeights::Uv uv = EmissionWeights::UvOf(xyz);
+    // Every sample reflects some of every band, so a light with chromaticity gives them one too.
+    const EmissionWeights::Uv uv = *EmissionWeights::UvOf(xyz);
     return {uv.u, uv.v, 100.0 * xyz.y / lightY};
 }
 
@@ -94,32 +100,32 @@ EmissionWeights::Values ColorRendering::Daylight(double temperature)
     const double m = 0.0241 + 0.2562 * x - 0.7341 * y;
     const double m1 = (-1.3515 - 1.7703 * x + 5.9114 * y) / m;
     const double m2 = (0.03 - 31.4424 * x + 30.0717 * y) / m;
-    const SpectralDistribution s0(CieTables::Daylight[0]);
-    const SpectralDistribution s1(CieTables::Daylight[1]);
-    const SpectralDistribution s2(CieTables::Daylight[2]);
     EmissionWeights::Values values;
     for (std::size_t index = 0; index < values.size(); ++index) {
-        const auto wavelength = static_cast<uint16_t>(HvMeasureConditions::wavelengthMinimum + 10 * index);
-        values[index] = s0.ValueAt(wavelength) + m1 * s1.ValueAt(wavelength) + m2 * s2.ValueAt(wavelength);
+        values[index] = AtDataPoint(CieTables::Daylight[0], index) + m1 * AtDataPoint(CieTables::Daylight[1], index) +
+            m2 * AtDataPoint(CieTables::Daylight[2], index);
     }
     return values;
 }
 
 // CIE 13.3-1995: Ri = 100 - 4.6 dE of U*V*W*, Ra the mean of R1 to R8.
-ColorRendering::Result ColorRendering::Of(const HvSpectrum& emission)
+std::optional<ColorRendering::Result> ColorRendering::Of(const EmissionWeights::Values& emission)
 {
-    const CorrelatedColorTemperature::Result cct = CorrelatedColorTemperature::Of(emission);
-    const EmissionWeights::Values reference = cct.temperature < daylightFrom
-        ? CorrelatedColorTemperature::BlackBody(cct.temperature)
-        : Daylight(cct.temperature);
-    const std::array<Colour, 15> test = ColoursUnder(EmissionWeights::ValuesOf(emission));
+    const std::optional<CorrelatedColorTemperature::Result> cct = CorrelatedColorTemperature::Of(emission);
+    if (!cct) {
+        return std::nullopt;
+    }
+    const EmissionWeights::Values reference = cct->temperature < daylightFrom
+        ? CorrelatedColorTemperature::BlackBody(cct->temperature)
+        : Daylight(cct->temperature);
+    const std::array<Colour, 15> test = ColoursUnder(emission);
     const std::array<Colour, 15> standard = ColoursUnder(reference);
-    Result result{cct.temperature, cct.duv, 0.0, {}};
+    Result result{cct->temperature, cct->duv, 0.0, {}};
     for (std::size_t sample = 0; sample < result.special.size(); ++sample) {
         const Uvw seen = UvwOf(Adapted(test[sample + 1], test[0], standard[0]), standard[0]);
         const Uvw meant = UvwOf(standard[sample + 1], standard[0]);
-        const double difference = std::sqrt(std::pow(seen.u - meant.u, 2.0) + std::pow(seen.v - meant.v, 2.0) +
-            std::pow(seen.w - meant.w, 2.0));
+        const double difference = std::sqrt(
+            std::pow(seen.u - meant.u, 2.0) + std::pow(seen.v - meant.v, 2.0) + std::pow(seen.w - meant.w, 2.0));
         result.special[sample] = 100.0 - 4.6 * difference;
         if (sample < generalSamples) {
             result.ra += result.special[sample] / generalSamples;

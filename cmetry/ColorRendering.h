@@ -1,9 +1,9 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "cmetry/EmissionWeights.h"
-#include "cmetry/HvSpectrum.h"
 
 namespace CMetry {
 
@@ -18,11 +18,11 @@ public:
         double temperature;
         double duv;
         double ra;
-        std::array<double, 14> special;  // R1 to R14
+        std::array<double, 14> special; // R1 to R14
     };
 
-    // Fails as the correlated colour temperature fails.
-    static Result Of(const HvSpectrum& emission);
+    // Empty where the correlated colour temperature is.
+    static std::optional<Result> Of(const EmissionWeights::Values& emission);
     // CIE daylight of a correlated colour temperature on the grid, unscaled.
     static EmissionWeights::Values Daylight(double temperature);
 };

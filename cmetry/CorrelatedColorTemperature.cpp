@@ -4,9 +4,6 @@
 #include <cmath>
 #include <vector>
 
-#include "cmetry/ExceptionCMetry.h"
-#include "cmetry/TranslatedMessage.h"
-
 namespace CMetry {
 
 namespace {
@@ -51,11 +48,6 @@ std::vector<Point> GeometricTable(double first, double last, int steps, const Em
     return table;
 }
 
-[[noreturn]] void OutOfRange()
-{
-    throw ExceptionCMetry(TranslatedMessage("CCT outside 1000 K to 100000 K"));
-}
-
 double SignOfSide(const EmissionWeights::Uv& target, double temperature)
 {
     return target.v >= CorrelatedColorTemperature::LocusAt(temperature).v ? 1.0 : -1.0;
@@ -95,33 +87,34 @@ EmissionWeights::Values CorrelatedColorTemperature::BlackBody(double temperature
 {
     EmissionWeights::Values values;
     for (std::size_t index = 0; index < values.size(); ++index) {
-        const double wavelength = HvMeasureConditions::wavelengthMinimum + 10.0 * static_cast<double>(index);
+        const double wavelength = EmissionWeights::firstWavelength + EmissionWeights::step * static_cast<double>(index);
         // Planck's law, without the first radiation constant, which cancels in chromaticity.
-        values[index] = std::pow(wavelength / 100.0, -5.0) /
-            std::expm1(secondRadiationConstant / (wavelength * temperature));
+        values[index] =
+            std::pow(wavelength / 100.0, -5.0) / std::expm1(secondRadiationConstant / (wavelength * temperature));
     }
     return values;
 }
 
 EmissionWeights::Uv CorrelatedColorTemperature::LocusAt(double temperature)
 {
-    return EmissionWeights::UvOf(EmissionWeights::XyzOf(BlackBody(temperature)));
+    return *EmissionWeights::UvOf(EmissionWeights::XyzOf(BlackBody(temperature)));
 }
 
-CorrelatedColorTemperature::Result CorrelatedColorTemperature::Of(const HvSpectrum& emission)
+std::optional<CorrelatedColorTemperature::Result> CorrelatedColorTemperature::Of(
+    const EmissionWeights::Values& emission)
 {
-    return OfUv(EmissionWeights::UvOf(EmissionWeights::XyzOf(EmissionWeights::ValuesOf(emission))));
+    const std::optional<EmissionWeights::Uv> uv = EmissionWeights::UvOf(EmissionWeights::XyzOf(emission));
+    return uv ? OfUv(*uv) : std::nullopt;
 }
 
-CorrelatedColorTemperature::Result CorrelatedColorTemperature::OfUv(const EmissionWeights::Uv& uv)
+std::optional<CorrelatedColorTemperature::Result> CorrelatedColorTemperature::OfUv(const EmissionWeights::Uv& uv)
 {
-    const int coarseSteps =
-        static_cast<int>(std::ceil(std::log(highest / lowest) / std::log(coarseRatio))) + 2;
-    std::vector<Point> table =
-        GeometricTable(lowest / coarseRatio, lowest / coarseRatio * std::pow(coarseRatio, coarseSteps), coarseSteps, uv);
+    const int coarseSteps = static_cast<int>(std::ceil(std::log(highest / lowest) / std::log(coarseRatio))) + 2;
+    std::vector<Point> table = GeometricTable(
+        lowest / coarseRatio, lowest / coarseRatio * std::pow(coarseRatio, coarseSteps), coarseSteps, uv);
     std::size_t nearest = Nearest(table);
     if (nearest == 0 || nearest == table.size() - 1) {
-        OutOfRange();
+        return std::nullopt;
     }
     for (int pass = 0; pass < cascadePasses; ++pass) {
         table = GeometricTable(table[nearest - 1].temperature, table[nearest + 1].temperature, cascadeSteps, uv);
@@ -134,7 +127,7 @@ CorrelatedColorTemperature::Result CorrelatedColorTemperature::OfUv(const Emissi
         result = Parabolic(low, table[nearest], high, uv);
     }
     if (result.temperature < lowest - 0.5 || result.temperature > highest + 0.5) {
-        OutOfRange();
+        return std::nullopt;
     }
     return result;
 }

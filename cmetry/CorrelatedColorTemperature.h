@@ -1,7 +1,8 @@
 #pragma once
 
+#include <optional>
+
 #include "cmetry/EmissionWeights.h"
-#include "cmetry/HvSpectrum.h"
 
 namespace CMetry {
 
@@ -16,14 +17,13 @@ public:
     static constexpr double highest = 100000.0;
 
     struct Result {
-        double temperature;  // K
+        double temperature; // K
         double duv;
     };
 
-    // Fails with ExceptionCMetry "CCT outside 1000 K to 100000 K", or "Chromaticity of a black
-    // spectrum" for a spectrum without one.
-    static Result Of(const HvSpectrum& emission);
-    static Result OfUv(const EmissionWeights::Uv& uv);
+    // Empty for a light outside 1000 K to 100000 K or without chromaticity.
+    static std::optional<Result> Of(const EmissionWeights::Values& emission);
+    static std::optional<Result> OfUv(const EmissionWeights::Uv& uv);
 
     // The radiance of a black body on the grid, unscaled.
     static EmissionWeights::Values BlackBody(double temperature);

@@ -59,7 +59,8 @@ TEST(Ciede2000, ParametricFactorsDivideTheirTermAndSpectraTakeTheFormulaByName)
 {
     const Ciede2000::Lab grey{50.0, 0.0, 0.0};
     const Ciede2000::Lab lighter{60.0, 0.0, 0.0};
-    EXPECT_NEAR(Ciede2000::Difference(grey, lighter, {2.0, 1.0, 1.0}), Ciede2000::Difference(grey, lighter, reference) / 2.0, 1e-12);
+    EXPECT_NEAR(Ciede2000::Difference(grey, lighter, {2.0, 1.0, 1.0}),
+        Ciede2000::Difference(grey, lighter, reference) / 2.0, 1e-12);
 
     CMetry::HvMeasureConditions conditions;
     conditions.SetCondition("ColorSpaceDescription.DeltaEFormula", "CIEDE2000");
@@ -77,7 +78,8 @@ TEST(Ciede2000, ParametricFactorsDivideTheirTermAndSpectraTakeTheFormulaByName)
         {whiteLab[0], whiteLab[1], whiteLab[2]}, {redLab[0], redLab[1], redLab[2]}, {1.0, 1.0, 1.0});
     EXPECT_NEAR(CMetry::CMetryCalculator::GetDeltaE(white, red, conditions, 1.0f, 1.0f, 1.0f), expected, 1e-4);
     EXPECT_NEAR(CMetry::CMetryCalculator::GetDeltaE(whiteLab, redLab, 1.0f, 1.0f, 1.0f), expected, 1e-3);
-    EXPECT_THROW(CMetry::CMetryCalculator::GetDeltaE(white, red, conditions, 1.0f, 0.0f, 1.0f), CMetry::ExceptionCMetry);
+    EXPECT_THROW(
+        CMetry::CMetryCalculator::GetDeltaE(white, red, conditions, 1.0f, 0.0f, 1.0f), CMetry::ExceptionCMetry);
 }
 
 }
