@@ -9,6 +9,15 @@ namespace {
 
 const char* const ColourSpaceKey = "ColorSpaceDescription.Type";
 
+// ISO 13655: M0 measures without a UV-cut filter, M2 with one.
+std::string MeasurementConditionOf(const std::string& filter)
+{
+    if (filter == "No") {
+        return "M0";
+    }
+    return filter == "UVCut" ? "M2" : "";
+}
+
 }
 
 std::vector<OptionSpec> MeasurementReader::Options(std::vector<OptionSpec> own)
@@ -85,6 +94,10 @@ MeasurementReport MeasurementReader::Read(const std::vector<std::string>& names,
     report.illuminant = Instrument::Option("Colorimetric.Illumination");
     report.observer = Instrument::Option("Colorimetric.Observer");
     report.colourSpace = FinalColourSpace();
+    if (reflectance) {
+        report.filter = Instrument::Info("PhysicalFilter");
+        report.measurementCondition = MeasurementConditionOf(report.filter);
+    }
     const int32_t count = Instrument::SampleCount();
     for (int32_t index = 0; index < count; ++index) {
         const std::string id =
