@@ -59,7 +59,8 @@ std::vector<IlluminationTYPE> Illuminations()
 TEST(FiniteValues, EveryColourSpaceIsFiniteForBlackNoisyBlackSpikesAndWhiteUnderEveryCondition)
 {
     const std::vector<Named> spectra = Spectra();
-    const Utilities::Vector<Utilities::String> spaces = HvMeasureConditions::GetValidValues("ColorSpaceDescription.Type");
+    const Utilities::Vector<Utilities::String> spaces =
+        HvMeasureConditions::GetValidValues("ColorSpaceDescription.Type");
     for (const IlluminationTYPE& illumination : Illuminations()) {
         for (CMetry::Observer observer : {CMetry::Observer::TwoDegree, CMetry::Observer::TenDegree}) {
             HvMeasureConditions conditions;
@@ -68,14 +69,15 @@ TEST(FiniteValues, EveryColourSpaceIsFiniteForBlackNoisyBlackSpikesAndWhiteUnder
             conditions.SetObserver(observer);
             for (std::size_t space = 0; space < spaces.Size(); ++space) {
                 if (spaces[space] == Utilities::String("CMYK")) {
-                    continue;  // no way from a spectrum
+                    continue; // no way from a spectrum
                 }
                 conditions.SetCondition("ColorSpaceDescription.Type", spaces[space]);
                 for (const Named& named : spectra) {
-                    SCOPED_TRACE(testing::Message() << CMetry::ToString(illumination).CString() << ", observer "
-                                                    << static_cast<int>(observer) << ", "
-                                                    << spaces[space].CString() << ", " << named.name);
-                    const CMetry::HvColorVector vector = CMetry::CMetryCalculator::GetVector(named.spectrum, conditions);
+                    SCOPED_TRACE(testing::Message()
+                        << CMetry::ToString(illumination).CString() << ", observer " << static_cast<int>(observer)
+                        << ", " << spaces[space].CString() << ", " << named.name);
+                    const CMetry::HvColorVector vector =
+                        CMetry::CMetryCalculator::GetVector(named.spectrum, conditions);
                     for (uint16_t channel = 0; channel < 4; ++channel) {
                         ASSERT_TRUE(std::isfinite(vector[channel])) << "channel " << channel;
                     }
@@ -93,8 +95,8 @@ TEST(FiniteValues, PerfectWhiteIsNeutralUnderEveryIlluminantAndObserver)
             continue;
         }
         for (CMetry::Observer observer : {CMetry::Observer::TwoDegree, CMetry::Observer::TenDegree}) {
-            SCOPED_TRACE(testing::Message() << CMetry::ToString(illumination).CString() << ", observer "
-                                            << static_cast<int>(observer));
+            SCOPED_TRACE(testing::Message()
+                << CMetry::ToString(illumination).CString() << ", observer " << static_cast<int>(observer));
             HvMeasureConditions conditions;
             conditions.SetCondition("Colorimetric.WhiteBase", "Absolute");
             conditions.SetCondition("ColorSpaceDescription.Type", "CIELCh");
