@@ -35,6 +35,7 @@ double HueDifference(const Triple& standard, const Triple& sample)
     return std::sqrt(std::max(0.0, da * da + db * db - dc * dc));
 }
 
+// CIE 1976: the Euclidean distance in CIELab.
 double Cie76(const Triple& standard, const Triple& sample)
 {
     return std::sqrt(std::pow(sample[0] - standard[0], 2.0) + std::pow(sample[1] - standard[1], 2.0) +

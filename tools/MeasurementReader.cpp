@@ -9,13 +9,24 @@ namespace {
 
 const char* const ColourSpaceKey = "ColorSpaceDescription.Type";
 
-// ISO 13655: M0 measures without a UV-cut filter, M2 with one.
-std::string MeasurementConditionOf(const std::string& filter)
+// The instrument numbers its filter, 1 none and 2 the UV-cut filter; ISO 13655 names the
+// measurement conditions they make M0 and M2. Other numbers are written as they come.
+struct FilterCondition {
+    const char* number;
+    const char* name;
+    const char* condition;
+};
+constexpr FilterCondition filterConditions[] = {{"1", "No", "M0"}, {"2", "UVCut", "M2"}};
+
+void TakeFilter(MeasurementReport& report, const std::string& number)
 {
-    if (filter == "No") {
-        return "M0";
+    report.filter = number;
+    for (const FilterCondition& known : filterConditions) {
+        if (number == known.number) {
+            report.filter = known.name;
+            report.measurementCondition = known.condition;
+        }
     }
-    return filter == "UVCut" ? "M2" : "";
 }
 
 }
@@ -95,8 +106,7 @@ MeasurementReport MeasurementReader::Read(const std::vector<std::string>& names,
     report.observer = Instrument::Option("Colorimetric.Observer");
     report.colourSpace = FinalColourSpace();
     if (reflectance) {
-        report.filter = Instrument::Info("PhysicalFilter");
-        report.measurementCondition = MeasurementConditionOf(report.filter);
+        TakeFilter(report, Instrument::Info("PhysicalFilter"));
     }
     const int32_t count = Instrument::SampleCount();
     for (int32_t index = 0; index < count; ++index) {

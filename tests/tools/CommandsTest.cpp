@@ -58,7 +58,7 @@ protected:
 
 TEST_F(CommandsTest, MeasureJsonHoldsWhatTheFunctionsGive)
 {
-    FakeModule::options["PhysicalFilter"] = "No";
+    FakeModule::options["PhysicalFilter"] = "1";
     const Outcome outcome = Run({"measure", "--format", "json", "--no-wait"});
     ASSERT_EQ(outcome.status, 0) << outcome.messages;
     const auto json = JsonReader::Parse(outcome.out);
