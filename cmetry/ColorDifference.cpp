@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "cmetry/CMetryCalculator.h"
+#include "cmetry/Ciede2000.h"
 #include "cmetry/ColorSpaceConversion.h"
 #include "cmetry/ColorSpaceKeyword.h"
 #include "cmetry/ExceptionCMetry.h"
@@ -26,6 +27,7 @@ constexpr double degreesToRadians = M_PI / 180.0;
 constexpr char fmcII[] = "FMCII";
 constexpr char cmc[] = "CMC";
 constexpr char cie1994[] = "94";
+constexpr char ciede2000[] = "CIEDE2000";
 
 using SpectrumWay = bool (*)(const HvSpectrum&, const HvMeasureConditions&, HvColorVector&);
 
@@ -174,6 +176,15 @@ float CIE1994Difference(const HvColorVector& lab1, const HvColorVector& lab2, co
         std::pow(delta.chroma / (k.p2 * sc), 2.0) + std::pow(delta.hue / (k.p3 * sh), 2.0)));
 }
 
+float CIEDE2000Difference(const HvColorVector& lab1, const HvColorVector& lab2, const Parameters& k)
+{
+    if (k.p1 == 0.0f || k.p2 == 0.0f || k.p3 == 0.0f) {
+        return notComputable;
+    }
+    return static_cast<float>(
+        Ciede2000::Difference({lab1[0], lab1[1], lab1[2]}, {lab2[0], lab2[1], lab2[2]}, {k.p1, k.p2, k.p3}));
+}
+
 bool LabsOf(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, const HvMeasureConditions& conditions,
     HvColorVector& lab1, HvColorVector& lab2)
 {
@@ -197,13 +208,17 @@ float DifferenceOfSpectra(const HvSpectrum& spectrum1, const HvSpectrum& spectru
         return FMCIIDifference(spectrum1, spectrum2, conditions);
     }
     const bool isCMC = ColorSpaceKeyword::Is(formula, cmc);
-    if (!isCMC && !ColorSpaceKeyword::Is(formula, cie1994)) {
+    const bool isCIEDE2000 = ColorSpaceKeyword::Is(formula, ciede2000);
+    if (!isCMC && !isCIEDE2000 && !ColorSpaceKeyword::Is(formula, cie1994)) {
         throw ExceptionCMetry(TranslatedMessage("GetDeltaE not supported for DeltaEFormula ") + formula);
     }
     HvColorVector lab1;
     HvColorVector lab2;
     if (!LabsOf(spectrum1, spectrum2, conditions, lab1, lab2)) {
         return notComputable;
+    }
+    if (isCIEDE2000) {
+        return CIEDE2000Difference(lab1, lab2, parameters);
     }
     return isCMC ? CMCDifference(lab1, lab2, parameters.p1, parameters.p2) : CIE1994Difference(lab1, lab2, parameters);
 }
@@ -212,12 +227,16 @@ float DifferenceOfVectors(const HvColorVector& vector1, const HvColorVector& vec
 {
     const String& formula = vector1.GetConditions().GetDeltaEFormula();
     const bool isCIELab = ColorSpaceKeyword::Is(formula, ColorSpaceKeyword::cieLab);
-    if (!isCIELab && !ColorSpaceKeyword::Is(formula, cie1994)) {
+    const bool isCIEDE2000 = ColorSpaceKeyword::Is(formula, ciede2000);
+    if (!isCIELab && !isCIEDE2000 && !ColorSpaceKeyword::Is(formula, cie1994)) {
         return notComputable;
     }
     const String cieLab(ColorSpaceKeyword::cieLab);
     HvColorVector lab1 = CMetryCalculator::Convert(vector1, cieLab);
     const HvColorVector lab2 = CMetryCalculator::Convert(vector2, cieLab);
+    if (isCIEDE2000) {
+        return CIEDE2000Difference(lab1, lab2, parameters);
+    }
     if (!isCIELab) {
         return CIE1994Difference(lab1, lab2, parameters);
     }

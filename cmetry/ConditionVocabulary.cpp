@@ -28,7 +28,7 @@ constexpr const char* wavelengthMinimumValues[] = {"380nm", endMark};
 constexpr const char* colorSpaceValues[] = {"CIELab", "CIELCh", "CIELuv", "CIELChuv", "CIEuvY1960", "CIEuvY1976",
     "CIEXYZ", "CIExyY", "HunterLab", "RxRyRz", "LABmg", "LCHmg", "RGB", "CMYK", endMark};
 constexpr const char* absoluteOrDeltaVectorValues[] = {"AbsoluteVector", "DeltaVector", endMark};
-constexpr const char* deltaEFormulaValues[] = {"CIELab", "CIELuv", "LABmg", "FMCII", "CMC", "94", endMark};
+constexpr const char* deltaEFormulaValues[] = {"CIELab", "CIELuv", "LABmg", "FMCII", "CMC", "94", "CIEDE2000", endMark};
 
 struct ChannelNames {
     const char* colorSpace;

@@ -1,5 +1,6 @@
 #include "cmetry/SpectrumToColorSpace.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -139,10 +140,8 @@ bool GetHunterLab(const HvSpectrum& spectrum, const HvMeasureConditions& conditi
     const double x = out[0];
     const double y = out[1];
     const double z = out[2];
-    double root = std::sqrt(y);
-    if (root < minimumHunterRoot) {
-        root = minimumHunterRoot;
-    }
+    // A dark-subtracted black can leave Y a little below 0: it takes the floor, not a NaN root.
+    const double root = std::max(std::sqrt(std::max(y, 0.0)), minimumHunterRoot);
     const double a = (100.0 / weightfactors->GetWhitePoint(0) * x - y) * 17.5 / root;
     const double b = (y - 100.0 / weightfactors->GetWhitePoint(2) * z) * 7.0 / root;
     Write(out, 10.0 * root, a, b);

@@ -21,8 +21,6 @@ import pathlib
 import sys
 from decimal import ROUND_HALF_UP, Decimal
 
-import scipy.io
-
 COLORD = pathlib.Path("/usr/share/colord")
 PSYCHTOOLBOX = pathlib.Path(
     "/usr/share/psychtoolbox-3/PsychColorimetricData/PsychColorimetricMatFiles")
@@ -64,7 +62,8 @@ def read_cgats(path):
         elif fields[0] == "END_DATA":
             in_data = False
         elif in_data:
-            sets.append([Decimal(field) for field in fields])
+            labelled = fields[0][0].isalpha()  # a SAMPLE_ID before the values
+            sets.append([Decimal(field) for field in fields[labelled:]])
         elif len(fields) == 2:
             header[fields[0]] = fields[1]
     start = int(float(header["SPECTRAL_START_NM"]))
@@ -150,6 +149,8 @@ def fluorescent_tables():
 
 
 def observer_tables(name):
+    import scipy.io  # only here, so that other generators can share the helpers without it
+
     path = PSYCHTOOLBOX / f"{name}.mat"
     data = scipy.io.loadmat(str(path))
     start, step, count = (int(v) for v in data["S_" + name[2:]].ravel())

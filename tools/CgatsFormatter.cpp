@@ -26,7 +26,14 @@ void CgatsFormatter::Write(std::ostream& out, const MeasurementReport& report) c
     out << "ORIGINATOR\t\"orbel\"\n";
     out << "DESCRIPTOR\t\"" << report.mode << "\"\n";
     out << "CREATED\t\"" << created << "\"\n";
-    out << "MEASUREMENT_SOURCE\t\"Illumination=" << report.illuminant << " ObserverAngle=" << report.observer << "\"\n";
+    out << "MEASUREMENT_SOURCE\t\"Illumination=" << report.illuminant << " ObserverAngle=" << report.observer;
+    if (!report.measurementCondition.empty()) {
+        out << " MeasurementCondition=" << report.measurementCondition;
+    }
+    out << "\"\n";
+    if (!report.filter.empty()) {
+        out << "FILTER\t" << Field(report.filter) << '\n';
+    }
     for (const auto& [name, value] : report.notes) {
         out << "# " << name << ": " << value << '\n';
     }

@@ -65,8 +65,12 @@ std::string JsonFormatter::SampleObject(const Sample& sample)
 void JsonFormatter::Write(std::ostream& out, const MeasurementReport& report) const
 {
     out << "{\n  \"mode\": " << Quoted(report.mode) << ",\n  \"illuminant\": " << Quoted(report.illuminant)
-        << ",\n  \"observer\": " << Quoted(report.observer) << ",\n  \"colourSpace\": " << Quoted(report.colourSpace)
-        << ",\n  \"wavelengths\": {\"first\": " << FirstWavelength << ", \"step\": " << WavelengthStep
+        << ",\n  \"observer\": " << Quoted(report.observer) << ",\n  \"colourSpace\": " << Quoted(report.colourSpace);
+    if (!report.filter.empty()) {
+        out << ",\n  \"filter\": " << Quoted(report.filter) << ",\n  \"measurementCondition\": "
+            << (report.measurementCondition.empty() ? "null" : Quoted(report.measurementCondition));
+    }
+    out << ",\n  \"wavelengths\": {\"first\": " << FirstWavelength << ", \"step\": " << WavelengthStep
         << ", \"count\": " << SpectrumPoints << "},\n  \"notes\": {";
     for (std::size_t i = 0; i < report.notes.size(); ++i) {
         out << (i ? ", " : "") << Quoted(report.notes[i].first) << ": " << Quoted(report.notes[i].second);

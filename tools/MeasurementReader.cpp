@@ -9,6 +9,26 @@ namespace {
 
 const char* const ColourSpaceKey = "ColorSpaceDescription.Type";
 
+// The instrument numbers its filter, 1 none and 2 the UV-cut filter; ISO 13655 names the
+// measurement conditions they make M0 and M2. Other numbers are written as they come.
+struct FilterCondition {
+    const char* number;
+    const char* name;
+    const char* condition;
+};
+constexpr FilterCondition filterConditions[] = {{"1", "No", "M0"}, {"2", "UVCut", "M2"}};
+
+void TakeFilter(MeasurementReport& report, const std::string& number)
+{
+    report.filter = number;
+    for (const FilterCondition& known : filterConditions) {
+        if (number == known.number) {
+            report.filter = known.name;
+            report.measurementCondition = known.condition;
+        }
+    }
+}
+
 }
 
 std::vector<OptionSpec> MeasurementReader::Options(std::vector<OptionSpec> own)
@@ -85,6 +105,9 @@ MeasurementReport MeasurementReader::Read(const std::vector<std::string>& names,
     report.illuminant = Instrument::Option("Colorimetric.Illumination");
     report.observer = Instrument::Option("Colorimetric.Observer");
     report.colourSpace = FinalColourSpace();
+    if (reflectance) {
+        TakeFilter(report, Instrument::Info("PhysicalFilter"));
+    }
     const int32_t count = Instrument::SampleCount();
     for (int32_t index = 0; index < count; ++index) {
         const std::string id =

@@ -17,6 +17,10 @@ struct MeasurementReport {
     std::string colourSpace;
     std::vector<Sample> samples;
     std::vector<std::pair<std::string, std::string>> notes;
+    // Of reflectance: the instrument's physical filter and the ISO 13655 measurement condition it
+    // makes, M0 without a UV-cut filter and M2 with one; empty where neither applies.
+    std::string filter;
+    std::string measurementCondition;
 };
 
 }

@@ -1,8 +1,10 @@
 #include "tools/ReportOutput.h"
 
+#include <algorithm>
+
+#include "cmetry/ColorRendering.h"
 #include "orbel.h"
 #include "tools/CliError.h"
-#include "tools/ColourTemperature.h"
 #include "tools/DecimalText.h"
 #include "tools/ReportFormatter.h"
 #include "tools/SvgPlot.h"
@@ -79,8 +81,14 @@ void ReportOutput::AddLightNotes(MeasurementReport& report)
     } else {
         report.notes.emplace_back("luminance Y", DecimalText::Format(xyz[1], 2) + " cd/m2");
     }
-    if (const auto kelvin = ColourTemperature::FromXyz(xyz)) {
-        report.notes.emplace_back("colour temperature", DecimalText::Format(*kelvin, 0) + " K");
+    CMetry::EmissionWeights::Values light;
+    std::copy(report.samples.back().spectrum.begin(), report.samples.back().spectrum.end(), light.begin());
+    // A light without a chromaticity, or beyond 1000 K to 100000 K, has none of these.
+    if (const auto rendering = CMetry::ColorRendering::Of(light)) {
+        report.notes.emplace_back("colour temperature", DecimalText::Format(rendering->temperature, 0) + " K");
+        report.notes.emplace_back("Duv", DecimalText::Format(rendering->duv, 4));
+        report.notes.emplace_back("Ra", DecimalText::Format(rendering->ra, 1));
+        report.notes.emplace_back("R9", DecimalText::Format(rendering->special[8], 1));
     }
 }
 

@@ -129,7 +129,7 @@ TEST(MeasureConditions, VocabularyListsTheValidValuesInListOrder)
         ValidValues("ColorSpaceDescription.Type"));
     EXPECT_EQ((std::vector<std::string>{"AbsoluteVector", "DeltaVector"}),
         ValidValues("ColorSpaceDescription.AbsoluteOrDeltaVector"));
-    EXPECT_EQ((std::vector<std::string>{"CIELab", "CIELuv", "LABmg", "FMCII", "CMC", "94"}),
+    EXPECT_EQ((std::vector<std::string>{"CIELab", "CIELuv", "LABmg", "FMCII", "CMC", "94", "CIEDE2000"}),
         ValidValues("ColorSpaceDescription.DeltaEFormula"));
     EXPECT_EQ((std::vector<std::string>{"X", "Y", "Z", "delta X", "delta Y", "delta Z"}),
         ValidValues("ColorSpaceDescription.CIEXYZ"));

@@ -5,7 +5,6 @@
 #include "tools/Application.h"
 #include "tools/Arguments.h"
 #include "tools/CliError.h"
-#include "tools/ColourTemperature.h"
 #include "tools/DecimalText.h"
 #include "tools/SpectrumFile.h"
 
@@ -73,13 +72,6 @@ TEST(SpectrumFileTest, ReadsThirtySixValuesAndSaysWhatIsWrong)
     EXPECT_EQ(SpectrumError(text + " 0.9"), "paper.txt: a spectrum has 36 values (380 to 730 nm), this one 37");
     EXPECT_EQ(SpectrumError("0,5 0.6"), "paper.txt: a spectrum has 36 values (380 to 730 nm), this one 3");
     EXPECT_EQ(SpectrumError("0.5 x"), "paper.txt: 'x' is not a number");
-}
-
-TEST(ColourTemperatureTest, KnownWhitesAndDarkness)
-{
-    EXPECT_NEAR(*ColourTemperature::FromXyz({95.047f, 100.0f, 108.883f}), 6504.0, 5.0);
-    EXPECT_NEAR(*ColourTemperature::FromXyz({109.85f, 100.0f, 35.585f}), 2856.0, 5.0);
-    EXPECT_FALSE(ColourTemperature::FromXyz({0.0f, 0.0f, 0.0f}));
 }
 
 TEST(DecimalTextTest, NoNegativeZeroAndShortestRoundTrip)

@@ -58,6 +58,7 @@ protected:
 
 TEST_F(CommandsTest, MeasureJsonHoldsWhatTheFunctionsGive)
 {
+    FakeModule::options["PhysicalFilter"] = "1";
     const Outcome outcome = Run({"measure", "--format", "json", "--no-wait"});
     ASSERT_EQ(outcome.status, 0) << outcome.messages;
     const auto json = JsonReader::Parse(outcome.out);
@@ -70,7 +71,35 @@ TEST_F(CommandsTest, MeasureJsonHoldsWhatTheFunctionsGive)
     EXPECT_EQ(json["notes"]["densities"].Text(), "need a paper white: --substrate FILE or --white-base Absolute");
     EXPECT_LT(Position("SetOption MeasurementMode=SingleReflectance"), Position("Trigger"));
     EXPECT_EQ(FakeModule::options["ColorSpaceDescription.Type"], "CIELab");
+    EXPECT_EQ(json["filter"].Text(), "No");
+    EXPECT_EQ(json["measurementCondition"].Text(), "M0");
     EXPECT_TRUE(outcome.messages.empty());
+}
+
+TEST_F(CommandsTest, MeasureComparesWithAStandardAndRefusesWhatItCantCompare)
+{
+    const OrbelCli::Triple lab = FakeModule::TriStimulus("CIELab", 0);
+    const std::string itself = std::to_string(lab[0]) + "," + std::to_string(lab[1]) + "," + std::to_string(lab[2]);
+    for (const char* formula : {"CIEDE2000", "CIE94", "CMC", "CIE76"}) {
+        const Outcome same = Run({"measure", "--reference", itself, "--delta-e", formula, "--no-wait"});
+        ASSERT_EQ(same.status, 0) << same.messages;
+        EXPECT_NE(same.out.find("delta E " + std::string(formula) + ":"), std::string::npos) << same.out;
+        EXPECT_NE(same.out.find(" 0.00\n"), std::string::npos) << same.out;
+    }
+    const Outcome apart = Run({"measure", "--reference", "50,0,0", "--format", "json", "--no-wait"});
+    ASSERT_EQ(apart.status, 0) << apart.messages;
+    EXPECT_GT(std::stod(JsonReader::Parse(apart.out)["notes"]["delta E CIEDE2000"].Text()), 1.0);
+
+    FakeModule::Reset();
+    EXPECT_NE(
+        Run({"measure", "--delta-e", "CIE94", "--no-wait"}).messages.find("--reference L,a,b"), std::string::npos);
+    EXPECT_NE(Run({"measure", "--reference", "50,x,0", "--no-wait"}).messages.find("as L,a,b"), std::string::npos);
+    EXPECT_NE(Run({"measure", "--reference", "50,0,0,1", "--no-wait"}).messages.find("as L,a,b"), std::string::npos);
+    EXPECT_NE(Run({"measure", "--reference", "50,0,0", "--delta-e", "DIN99", "--no-wait"}).messages.find("CIEDE2000"),
+        std::string::npos);
+    EXPECT_NE(Run({"measure", "--mode", "emission", "--reference", "50,0,0", "--no-wait"}).messages.find("reflectance"),
+        std::string::npos);
+    EXPECT_FALSE(Called("Trigger"));
 }
 
 TEST_F(CommandsTest, MeasureTakesColourOptionsAndPaperWhiteIntoCgats)
@@ -144,7 +173,9 @@ TEST_F(CommandsTest, ScanEmissionAndSubstrateAskTheModuleInOrder)
     EXPECT_LT(Position("SetOption Colorimetric.Illumination=Emission"), Position("Calibrate"));
     EXPECT_LT(Position("Calibrate"), Position("Trigger"));
     EXPECT_NE(emission.out.find("luminance Y:        13.33 cd/m2"), std::string::npos) << emission.out;
-    EXPECT_NE(emission.out.find("colour temperature:"), std::string::npos);
+    for (const char* note : {"colour temperature:", "Duv:", "Ra:", "R9:"}) {
+        EXPECT_NE(emission.out.find(note), std::string::npos) << note;
+    }
     EXPECT_EQ(emission.out.find("D cyan"), std::string::npos);
 
     FakeModule::Reset();

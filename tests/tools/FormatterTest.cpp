@@ -19,7 +19,8 @@ namespace {
 
 MeasurementReport TwoSamples()
 {
-    MeasurementReport report{"SingleReflectance", "D65", "TwoDegree", "CIELCh", {}, {{"note \"x\"", "1,5 & <b>"}}};
+    MeasurementReport report{
+        "SingleReflectance", "D65", "TwoDegree", "CIELCh", {}, {{"note \"x\"", "1,5 & <b>"}}, "UVCut", "M2"};
     for (int s = 0; s < 2; ++s) {
         Sample sample;
         sample.id = s == 0 ? "tcs 09" : "tcs12";
@@ -91,6 +92,8 @@ TEST(FormatterTest, JsonParsesAndHoldsTheExactFloats)
 
     EXPECT_EQ(json["mode"].Text(), "SingleReflectance");
     EXPECT_EQ(json["notes"]["note \"x\""].Text(), "1,5 & <b>");
+    EXPECT_EQ(json["filter"].Text(), "UVCut");
+    EXPECT_EQ(json["measurementCondition"].Text(), "M2");
     ASSERT_EQ(json["samples"].Size(), 2u);
     const auto& second = json["samples"][1];
     EXPECT_EQ(second["id"].Text(), "tcs12");
@@ -116,6 +119,9 @@ TEST(FormatterTest, CgatsReadsBackWithHeaderFieldsAndSets)
     EXPECT_EQ(cgats.signature, "CGATS.17");
     EXPECT_EQ(cgats.keywords.at("ORIGINATOR"), "orbel");
     EXPECT_EQ(cgats.keywords.at("CREATED"), "2026-11-23T07:00:00Z");
+    EXPECT_EQ(
+        cgats.keywords.at("MEASUREMENT_SOURCE"), "Illumination=D65 ObserverAngle=TwoDegree MeasurementCondition=M2");
+    EXPECT_EQ(cgats.keywords.at("FILTER"), "UVCut");
     EXPECT_EQ(cgats.keywords.at("NUMBER_OF_FIELDS"), "50");
     ASSERT_EQ(cgats.fields.size(), 50u);
     EXPECT_EQ(cgats.fields.front(), "SAMPLE_ID");

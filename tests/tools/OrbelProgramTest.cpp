@@ -83,6 +83,9 @@ TEST_F(OrbelProgramTest, CgatsOfMeasureAndScanReadsBack)
     EXPECT_EQ(cgats.Text(0, "SAMPLE_ID"), "grey 50");
     EXPECT_NEAR(cgats.Number(0, "SPEC_550"), 0.5, 0.02);
     EXPECT_NEAR(cgats.Number(0, "LAB_L"), 76.0, 2.0);
+    // The virtual instrument has no UV-cut filter unless started with one.
+    EXPECT_EQ(cgats.keywords.at("FILTER"), "No");
+    EXPECT_NE(cgats.keywords.at("MEASUREMENT_SOURCE").find("MeasurementCondition=M0"), std::string::npos);
 
     sim.Command({"place", "tile"});
     sim.Command({"strip", "builtin:colour24"});
