@@ -25,17 +25,9 @@ constexpr float uvOfNoColor1976[2] = {4.0f / 19.0f, 9.0f / 19.0f};
 // The level of the spectrum whose chromaticity stands in for black's.
 constexpr float blackStandIn = 1e-5f;
 
-using WhitePoint = std::array<double, 3>;
-
-// The white of the weights that the conditions name. A set of weights that could not be built
-// has no white; asking it for its weights raises the failure that left it without.
 WhitePoint WhiteOf(const HvMeasureConditions& conditions)
 {
-    const Utilities::SmartPointer<const Weightfactors> weightfactors = WeightfactorCache::Update(conditions);
-    if (!weightfactors->HasWeights()) {
-        weightfactors->GetWeights(0);
-    }
-    return {weightfactors->GetWhitePoint(0), weightfactors->GetWhitePoint(1), weightfactors->GetWhitePoint(2)};
+    return WhiteOf(*WeightfactorCache::Update(conditions));
 }
 
 double LabFunction(double t)
@@ -97,16 +89,44 @@ bool UVY1976(const HvColorVector& vector, std::array<double, 3>& uvY)
 
 }
 
-void ConvertXYZToLab(const HvColorVector& xyz, HvColorVector& lab)
+WhitePoint WhiteOf(const Weightfactors& weightfactors)
 {
-    const WhitePoint white = WhiteOf(xyz.GetConditions());
+    if (!weightfactors.HasWeights()) {
+        weightfactors.GetWeights(0);
+    }
+    return {weightfactors.GetWhitePoint(0), weightfactors.GetWhitePoint(1), weightfactors.GetWhitePoint(2)};
+}
+
+std::array<double, 3> LabOf(const float* xyz, const WhitePoint& white)
+{
     std::array<double, 3> f;
     for (std::size_t axis = 0; axis < f.size(); ++axis) {
-        const double t = static_cast<double>(xyz[static_cast<uint16_t>(axis)]) * white[1] / white[axis] / 100.0;
+        const double t = static_cast<double>(xyz[axis]) * white[1] / white[axis] / 100.0;
         f[axis] = LabFunction(t);
     }
     const double lightness = 116.0 * f[1] - 16.0;
-    Write(lab, xyz, lightness < 0.0 ? 0.0 : lightness, 500.0 * (f[0] - f[1]), 200.0 * (f[1] - f[2]));
+    return {lightness < 0.0 ? 0.0 : lightness, 500.0 * (f[0] - f[1]), 200.0 * (f[1] - f[2])};
+}
+
+std::array<double, 3> PolarOf(const float* rectangular)
+{
+    const double a = rectangular[1];
+    const double b = rectangular[2];
+    const double chroma = std::sqrt(a * a + b * b);
+    double hue = 360.0;
+    if (std::fabs(a) >= neutralLimit || std::fabs(b) >= neutralLimit) {
+        hue = std::atan2(b, a) * degreesPerRadian;
+        if (hue <= 0.0) {
+            hue += 360.0;
+        }
+    }
+    return {rectangular[0], chroma, hue};
+}
+
+void ConvertXYZToLab(const HvColorVector& xyz, HvColorVector& lab)
+{
+    const std::array<double, 3> values = LabOf(&xyz[0], WhiteOf(xyz.GetConditions()));
+    Write(lab, xyz, values[0], values[1], values[2]);
 }
 
 void ConvertLabToXYZ(const HvColorVector& lab, HvColorVector& xyz)
@@ -125,17 +145,8 @@ void ConvertLabToXYZ(const HvColorVector& lab, HvColorVector& xyz)
 
 void ConvertRectangularToPolar(const HvColorVector& rectangular, HvColorVector& polar)
 {
-    const double a = rectangular[1];
-    const double b = rectangular[2];
-    const double chroma = std::sqrt(a * a + b * b);
-    double hue = 360.0;
-    if (std::fabs(a) >= neutralLimit || std::fabs(b) >= neutralLimit) {
-        hue = std::atan2(b, a) * degreesPerRadian;
-        if (hue <= 0.0) {
-            hue += 360.0;
-        }
-    }
-    Write(polar, rectangular, rectangular[0], chroma, hue);
+    const std::array<double, 3> values = PolarOf(&rectangular[0]);
+    Write(polar, rectangular, values[0], values[1], values[2]);
 }
 
 void ConvertPolarToRectangular(const HvColorVector& polar, HvColorVector& rectangular)
