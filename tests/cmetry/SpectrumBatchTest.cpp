@@ -59,8 +59,8 @@ std::vector<float> OneByOne(const std::vector<float>& spectra, const HvMeasureCo
     return vectors;
 }
 
-constexpr const char* illuminations[] = {"A", "B", "C", "D75", "D65", "D55", "D50", "F2", "F3", "F7", "F11",
-    "Dxx, Temperature:6000", "Emission"};
+constexpr const char* illuminations[] = {
+    "A", "B", "C", "D75", "D65", "D55", "D50", "F2", "F3", "F7", "F11", "Dxx, Temperature:6000", "Emission"};
 
 class SpectrumBatchTest : public testing::TestWithParam<const char*> {
 protected:
@@ -81,8 +81,8 @@ TEST_P(SpectrumBatchTest, GivesTheBitsOfEachSpectrumAlone)
                 conditions.SetCondition("Colorimetric.WhiteBase", whiteBase);
                 std::vector<float> batch(spectra.size() / width * SpectrumBatch::valuesPerResult);
                 SpectrumBatch(conditions).GetVectors(spectra, batch);
-                ExpectSameBits(OneByOne(spectra, conditions), batch,
-                    std::string(illumination) + " " + observer + " " + whiteBase);
+                ExpectSameBits(
+                    OneByOne(spectra, conditions), batch, std::string(illumination) + " " + observer + " " + whiteBase);
             }
         }
     }
