@@ -18,7 +18,6 @@
 #include <immintrin.h>
 #endif
 
-
 namespace CMetry {
 
 namespace {
@@ -96,8 +95,8 @@ void SumBlock(const double* weights, const Columns& columns, float* out)
         for (std::size_t index = 0; index < valuesPerSpectrum; ++index) {
 #pragma GCC unroll 4
             for (std::size_t group = 0; group < groups; ++group) {
-                const __m128 pair = _mm_castpd_ps(
-                    _mm_load_sd(reinterpret_cast<const double*>(&columns[index][first + group * lanes])));
+                const __m128 pair =
+                    _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(&columns[index][first + group * lanes])));
                 const __m128d values = _mm_cvtps_pd(pair);
 #pragma GCC unroll 3
                 for (std::size_t axis = 0; axis < perResult; ++axis) {
@@ -207,10 +206,9 @@ void WritePolar(float* values)
 }
 
 SpectrumBatch::SpectrumBatch(const HvMeasureConditions& conditions)
-    : conditions(conditions),
-      effective(Effective(conditions)),
-      dividedByPaperWhite(
-          effective.GetIllumination().GetType() != Illumination::Emission && effective.GetWhiteBase() == WhiteBase::Paper),
+    : conditions(conditions), effective(Effective(conditions)),
+      dividedByPaperWhite(effective.GetIllumination().GetType() != Illumination::Emission &&
+          effective.GetWhiteBase() == WhiteBase::Paper),
       weightfactors(WeightfactorCache::Update(effective))
 {
 }
@@ -221,7 +219,7 @@ void SpectrumBatch::GetXYZ(std::span<const float> spectra, std::span<float> xyz)
     const Values paperWhite = PaperWhite();
     const std::size_t count = spectra.size() / valuesPerSpectrum;
     std::array<Values, transposedRows> relative;
-    const std::array<double, valuesPerSpectrum * perResult> weights = WeightsOf(*weightfactors);
+    const std::array<double, valuesPerSpectrum* perResult> weights = WeightsOf(*weightfactors);
     const BlockSum sumBlock = ChooseBlockSum();
     std::size_t index = 0;
     for (; index + blockSize <= count; index += blockSize) {
@@ -315,7 +313,8 @@ SpectrumBatch::Values SpectrumBatch::PaperWhite() const
 
 void SpectrumBatch::Check(std::span<const float> spectra, std::span<float> results, std::size_t perResultCount) const
 {
-    if (spectra.size() % valuesPerSpectrum != 0 || results.size() != spectra.size() / valuesPerSpectrum * perResultCount) {
+    if (spectra.size() % valuesPerSpectrum != 0 ||
+        results.size() != spectra.size() / valuesPerSpectrum * perResultCount) {
         throw Utilities::ExceptionOutOfBound("spectra and results of different counts");
     }
 }
