@@ -25,8 +25,6 @@ constexpr float uvOfNoColor1976[2] = {4.0f / 19.0f, 9.0f / 19.0f};
 // The level of the spectrum whose chromaticity stands in for black's.
 constexpr float blackStandIn = 1e-5f;
 
-using WhitePoint = std::array<double, 3>;
-
 // Y of the perfect diffuser as its weights give it, summed as the Y of a spectrum is: each step
 // rounded through double. It lies up to 1e-4 off the 100 of the white point, enough for a* 8e-5.
 double PerfectDiffuserY(const Weightfactors& weightfactors)
@@ -38,15 +36,9 @@ double PerfectDiffuserY(const Weightfactors& weightfactors)
     return sum;
 }
 
-// The white of the weights that the conditions name, its Y the one its own weights give, so that
-// the perfect diffuser is exactly neutral. A set of weights that could not be built has no white;
-// asking it for its weights raises the failure that left it without.
 WhitePoint WhiteOf(const HvMeasureConditions& conditions)
 {
-    const Utilities::SmartPointer<const Weightfactors> weightfactors = WeightfactorCache::Update(conditions);
-    const double y = PerfectDiffuserY(*weightfactors);
-    return {weightfactors->GetWhitePoint(0), weightfactors->IsEmission() ? weightfactors->GetWhitePoint(1) : y,
-        weightfactors->GetWhitePoint(2)};
+    return WhiteOf(*WeightfactorCache::Update(conditions));
 }
 
 // CIE 1976 L*a*b*: CIE 15:2004; the float slope 7.787 and offset 16/116 widen to double as ever.
@@ -110,16 +102,48 @@ bool UVY1976(const HvColorVector& vector, std::array<double, 3>& uvY)
 
 }
 
-void ConvertXYZToLab(const HvColorVector& xyz, HvColorVector& lab)
+// The white of the weights, its Y the one its own weights give, so that the perfect diffuser is
+// exactly neutral. A set of weights that could not be built has no white; asking it for its
+// weights raises the failure that left it without.
+WhitePoint WhiteOf(const Weightfactors& weightfactors)
 {
-    const WhitePoint white = WhiteOf(xyz.GetConditions());
+    if (!weightfactors.HasWeights()) {
+        weightfactors.GetWeights(0);
+    }
+    const double y = weightfactors.IsEmission() ? weightfactors.GetWhitePoint(1) : PerfectDiffuserY(weightfactors);
+    return {weightfactors.GetWhitePoint(0), y, weightfactors.GetWhitePoint(2)};
+}
+
+std::array<double, 3> LabOf(const float* xyz, const WhitePoint& white)
+{
     std::array<double, 3> f;
     for (std::size_t axis = 0; axis < f.size(); ++axis) {
-        const double t = static_cast<double>(xyz[static_cast<uint16_t>(axis)]) * white[1] / white[axis] / 100.0;
+        const double t = static_cast<double>(xyz[axis]) * white[1] / white[axis] / 100.0;
         f[axis] = LabFunction(t);
     }
     const double lightness = 116.0 * f[1] - 16.0;
-    Write(lab, xyz, lightness < 0.0 ? 0.0 : lightness, 500.0 * (f[0] - f[1]), 200.0 * (f[1] - f[2]));
+    return {lightness < 0.0 ? 0.0 : lightness, 500.0 * (f[0] - f[1]), 200.0 * (f[1] - f[2])};
+}
+
+std::array<double, 3> PolarOf(const float* rectangular)
+{
+    const double a = rectangular[1];
+    const double b = rectangular[2];
+    const double chroma = std::sqrt(a * a + b * b);
+    double hue = 360.0;
+    if (std::fabs(a) >= neutralLimit || std::fabs(b) >= neutralLimit) {
+        hue = std::atan2(b, a) * degreesPerRadian;
+        if (hue <= 0.0) {
+            hue += 360.0;
+        }
+    }
+    return {rectangular[0], chroma, hue};
+}
+
+void ConvertXYZToLab(const HvColorVector& xyz, HvColorVector& lab)
+{
+    const std::array<double, 3> values = LabOf(&xyz[0], WhiteOf(xyz.GetConditions()));
+    Write(lab, xyz, values[0], values[1], values[2]);
 }
 
 void ConvertLabToXYZ(const HvColorVector& lab, HvColorVector& xyz)
@@ -139,17 +163,8 @@ void ConvertLabToXYZ(const HvColorVector& lab, HvColorVector& xyz)
 // CIE 1976 lightness, chroma and hue angle: CIE 15:2004.
 void ConvertRectangularToPolar(const HvColorVector& rectangular, HvColorVector& polar)
 {
-    const double a = rectangular[1];
-    const double b = rectangular[2];
-    const double chroma = std::sqrt(a * a + b * b);
-    double hue = 360.0;
-    if (std::fabs(a) >= neutralLimit || std::fabs(b) >= neutralLimit) {
-        hue = std::atan2(b, a) * degreesPerRadian;
-        if (hue <= 0.0) {
-            hue += 360.0;
-        }
-    }
-    Write(polar, rectangular, rectangular[0], chroma, hue);
+    const std::array<double, 3> values = PolarOf(&rectangular[0]);
+    Write(polar, rectangular, values[0], values[1], values[2]);
 }
 
 void ConvertPolarToRectangular(const HvColorVector& polar, HvColorVector& rectangular)

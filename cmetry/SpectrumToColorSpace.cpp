@@ -62,12 +62,15 @@ double MgHue(double hue)
 
 }
 
+// With the white of the weights GetXYZ used, so that the weights are looked up once.
 bool GetLab(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, HvColorVector& out)
 {
-    if (!GetXYZ(spectrum, conditions, out)) {
+    Utilities::SmartPointer<const Weightfactors> weightfactors;
+    if (!GetXYZ(spectrum, conditions, out, weightfactors)) {
         return false;
     }
-    ConvertXYZToLab(out, out);
+    const std::array<double, 3> lab = LabOf(&out[0], WhiteOf(*weightfactors));
+    Write(out, lab[0], lab[1], lab[2]);
     return true;
 }
 

@@ -10,10 +10,7 @@
 
 namespace CMetry {
 
-namespace {
-
-// The dot products of the weights of the three axes with the values, each summed in float. The axes
-// run side by side so that their sums don't wait for each other.
+// The axes run side by side so that their sums don't wait for each other.
 std::array<float, 3> Tristimulus(const Weightfactors& weightfactors, const float* values)
 {
     const std::span<const float> x = weightfactors.GetWeights(0);
@@ -28,11 +25,16 @@ std::array<float, 3> Tristimulus(const Weightfactors& weightfactors, const float
     return xyz;
 }
 
-}
-
 // Works on the caller's spectrum and conditions wherever it can, and copies them only where they
 // change: the values under a paper white, the conditions of emission.
 bool GetXYZ(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, HvColorVector& out)
+{
+    Utilities::SmartPointer<const Weightfactors> weightfactors;
+    return GetXYZ(spectrum, conditions, out, weightfactors);
+}
+
+bool GetXYZ(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, HvColorVector& out,
+    Utilities::SmartPointer<const Weightfactors>& weightfactors)
 {
     const bool emission = spectrum.Conditions().GetIllumination().GetType() == Illumination::Emission;
     std::optional<HvMeasureConditions> emissionConditions;
@@ -50,7 +52,7 @@ bool GetXYZ(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, H
         }
         values = relative.data();
     }
-    const Utilities::SmartPointer<const Weightfactors> weightfactors = WeightfactorCache::Update(effective);
+    weightfactors = WeightfactorCache::Update(effective);
     const std::array<float, 3> xyz = Tristimulus(*weightfactors, values);
     out.SetConditions(effective, spectrum.Conditions());
     for (uint16_t axis = 0; axis < 3; ++axis) {

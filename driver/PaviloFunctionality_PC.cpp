@@ -64,19 +64,24 @@ Utilities::String PaviloFunctionality_PC::GetValueString() const
     return Utilities::String("PaviloFunctionality_PC");
 }
 
-void PaviloFunctionality_PC::Command(std::uint8_t code, Direction direction, std::uint32_t length)
+void PaviloFunctionality_PC::Prepare(std::uint8_t code, Direction direction, std::uint32_t length)
 {
     payloadLength = length;
     request[requestCodeByte] = code;
     request[requestDirectionByte] = direction;
+}
+
+void PaviloFunctionality_PC::Command(std::uint8_t code, Direction direction, std::uint32_t length)
+{
+    Prepare(code, direction, length);
     device->PerformDeviceIOControl(request, payload, payloadLength);
 }
 
 void PaviloFunctionality_PC::MeasureRequest(std::uint8_t* buffer, std::uint32_t size, std::uint32_t timeoutSeconds)
 {
     Guarded("PaviloFunctionality_PC::MeasureRequest ", [&] {
-        Command(measureRequestCode, HostToInstrument, 0);
-        device->Read(buffer, size, timeoutSeconds * millisecondsPerSecond);
+        Prepare(measureRequestCode, HostToInstrument, 0);
+        device->RequestAndRead(request, payload, payloadLength, buffer, size, timeoutSeconds * millisecondsPerSecond);
     });
 }
 

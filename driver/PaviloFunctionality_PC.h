@@ -47,6 +47,8 @@ public:
 private:
     enum Direction : std::uint8_t { HostToInstrument = 0, InstrumentToHost = 1 };
 
+    // Fills in the request for the first `length` bytes of the payload buffer.
+    void Prepare(std::uint8_t code, Direction direction, std::uint32_t length);
     // Sends the request with the first `length` bytes of the payload buffer.
     void Command(std::uint8_t code, Direction direction, std::uint32_t length);
     void ReadEEPROMBytes(

@@ -392,6 +392,14 @@ void PaviloUSBDevice::Write(const std::uint8_t* buffer, std::uint32_t length, st
     ReadWriteInternal(Pipe::BulkOut, const_cast<std::uint8_t*>(buffer), length, timeoutMs);
 }
 
+void PaviloUSBDevice::RequestAndRead(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t payloadLength,
+    std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs)
+{
+    HeldMutex held(deviceMutex);
+    PerformDeviceIOControl(request, payload, payloadLength);
+    Read(buffer, length, timeoutMs);
+}
+
 void PaviloUSBDevice::ReadWriteInternal(Pipe pipe, std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs)
 {
     const Utilities::MutexLock held(deviceMutex);

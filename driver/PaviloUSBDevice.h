@@ -47,6 +47,10 @@ public:
     void PerformDeviceIOControl(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t length);
     void Read(std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs);
     void Write(const std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs);
+    // A request and the read of its answer under one hold of the device mutex, so that the lock
+    // file is taken once for both.
+    void RequestAndRead(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t payloadLength,
+        std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs);
     // Reads packets of packetSize into the FIFO, ten to a block, until a short block ends the strip.
     // Two block reads are kept under way, so that the instrument never waits while a block is copied.
     void ReadDataStrip(ScanFifo& fifo, std::uint32_t packetSize, std::uint32_t timeoutMs);

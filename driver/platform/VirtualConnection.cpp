@@ -12,11 +12,13 @@ namespace {
 
 // How much longer than the instrument's own time-out a bulk read waits for the instrument's answer.
 constexpr std::uint64_t AnswerGraceMs = 2000;
+// What one receive may take from the socket at most.
+constexpr std::size_t InboxSize = 64 * 1024;
 
 }
 
 VirtualConnection::VirtualConnection(const Utilities::String& path, int socket)
-    : UsbConnection(path), socket(socket), reader([this] { ReadAnswers(); })
+    : UsbConnection(path), socket(socket), inbox(InboxSize), reader([this] { ReadAnswers(); })
 {
 }
 
@@ -96,7 +98,7 @@ void VirtualConnection::CancelBulkReads()
     if (!anyUnanswered || gone) {
         return;
     }
-    changed.notify_all();
+    answered.notify_all();
     const Frame::Request cancel{Frame::Kind::CancelBulkReads, NextRequestId(), 0, 0};
     lock.unlock();
     Send(cancel, {});
@@ -147,7 +149,7 @@ UsbResult VirtualConnection::InterruptRead(std::uint8_t* buffer, std::uint32_t l
             SendInterruptRead(lock);
             continue;
         }
-        changed.wait(lock);
+        interruptChanged.wait(lock);
     }
 }
 
@@ -159,7 +161,8 @@ void VirtualConnection::Cancel()
     for (auto& [requestId, entry] : waiting) {
         entry.cancelled = true;
     }
-    changed.notify_all();
+    answered.notify_all();
+    interruptChanged.notify_all();
     if (!interruptOutstanding) {
         return;
     }
@@ -208,9 +211,9 @@ UsbResult VirtualConnection::Collect(std::uint32_t requestId, std::uint64_t wait
         return entry.answer || entry.cancelled || entry.refusal || gone;
     };
     if (waitMs == 0) {
-        changed.wait(lock, settled);
+        answered.wait(lock, settled);
     } else {
-        changed.wait_for(lock, std::chrono::milliseconds(waitMs), settled);
+        answered.wait_for(lock, std::chrono::milliseconds(waitMs), settled);
     }
     outcome = std::move(waiting[requestId]);
     waiting.erase(requestId);
@@ -284,20 +287,37 @@ void VirtualConnection::ReadAnswers()
     MarkGone();
 }
 
+// From what the last receive brought beyond the previous frame, then from the socket, taking as
+// much as it has at hand: a header and its body, and often the next frame, come in one call.
 bool VirtualConnection::ReadExact(std::uint8_t* data, std::size_t size)
 {
     std::size_t done = 0;
     while (done < size) {
-        const ssize_t got = ::recv(socket, data + done, size - done, 0);
+        if (inboxStart == inboxEnd && !Receive()) {
+            return false;
+        }
+        const std::size_t taken = std::min(size - done, inboxEnd - inboxStart);
+        std::copy_n(inbox.begin() + static_cast<std::ptrdiff_t>(inboxStart), taken, data + done);
+        inboxStart += taken;
+        done += taken;
+    }
+    return true;
+}
+
+bool VirtualConnection::Receive()
+{
+    while (true) {
+        const ssize_t got = ::recv(socket, inbox.data(), inbox.size(), 0);
         if (got < 0 && errno == EINTR) {
             continue;
         }
         if (got <= 0) {
             return false;
         }
-        done += static_cast<std::size_t>(got);
+        inboxStart = 0;
+        inboxEnd = static_cast<std::size_t>(got);
+        return true;
     }
-    return true;
 }
 
 // Hands an answer to whoever waits for it; an answer nobody waits for any more is dropped.
@@ -305,24 +325,32 @@ void VirtualConnection::File(const Frame::AnswerHeader& header, std::vector<std:
 {
     std::lock_guard<std::mutex> lock(stateMutex);
     if (header.status == Frame::Status::NoDevice) {
-        gone = true;
+        MarkGone();
     }
     if (interruptOutstanding == header.requestId) {
         interruptOutstanding.reset();
         if (header.status != Frame::Status::Cancelled) {
             interruptAnswer = Answer{header.status, std::move(body)};
         }
+        interruptChanged.notify_all();
     } else if (const auto found = waiting.find(header.requestId); found != waiting.end()) {
         found->second.answer = Answer{header.status, std::move(body)};
+        answered.notify_all();
     }
-    changed.notify_all();
 }
 
 // With the state mutex held.
 void VirtualConnection::MarkGone()
 {
     gone = true;
-    changed.notify_all();
+    NotifyAll();
+}
+
+// With the state mutex held.
+void VirtualConnection::NotifyAll()
+{
+    answered.notify_all();
+    interruptChanged.notify_all();
 }
 
 UsbResult VirtualConnection::Received(const Answer& answer, std::uint8_t* buffer, std::uint32_t capacity)

@@ -65,8 +65,10 @@ private:
     void SendInterruptRead(std::unique_lock<std::mutex>& lock);
     void ReadAnswers();
     bool ReadExact(std::uint8_t* data, std::size_t size);
+    bool Receive();
     void File(const Frame::AnswerHeader& header, std::vector<std::uint8_t> body);
     void MarkGone();
+    void NotifyAll();
     static UsbResult Received(const Answer& answer, std::uint8_t* buffer, std::uint32_t capacity);
     static UsbResult Sent(const Answer& answer, std::uint32_t length);
     static UsbResult Refused(Frame::Status status);
@@ -74,7 +76,9 @@ private:
     const int socket;
     std::mutex sendMutex;
     std::mutex stateMutex;
-    std::condition_variable changed;
+    // Answers to control and bulk transfers wake their waiters only, interrupts the listener only.
+    std::condition_variable answered;
+    std::condition_variable interruptChanged;
     std::map<std::uint32_t, Waiting> waiting;
     std::uint32_t lastRequestId = 0;
     bool gone = false;
@@ -83,6 +87,10 @@ private:
     std::optional<std::uint32_t> interruptOutstanding;
     std::optional<Answer> interruptAnswer;
     bool interruptCancelled = false;
+    // Bytes received and not yet read, used by the reader thread alone.
+    std::vector<std::uint8_t> inbox;
+    std::size_t inboxStart = 0;
+    std::size_t inboxEnd = 0;
     std::thread reader;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "cmetry/HvColorVector.h"
+#include <array>
+
 #include "diagnostics/String.h"
 #include "driver/SpectrumData.h"
 
@@ -22,15 +23,15 @@ public:
     float BackwardDifference() const { return backwardDifference; }
     void SetBackwardDifference(float value) { backwardDifference = value; }
     float DifferenceSum() const { return forwardDifference + backwardDifference; }
-    // The colour the differences were taken from.
-    const CMetry::HvColorVector& Lab() const { return lab; }
-    void SetLab(const CMetry::HvColorVector& value) { lab = value; }
+    // The CIELab values the differences were taken from.
+    const std::array<float, 3>& Lab() const { return lab; }
+    void SetLab(const std::array<float, 3>& value) { lab = value; }
 
 private:
     bool edge = true;
     float forwardDifference = 0.0f;
     float backwardDifference = 0.0f;
-    CMetry::HvColorVector lab;
+    std::array<float, 3> lab{};
 };
 
 }

@@ -1,18 +1,15 @@
 #include "manager/pavilo/RecognitionMarvane.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 
-#include "cmetry/CMetryCalculator.h"
-#include "cmetry/ExceptionCMetry.h"
-#include "cmetry/HvColorVector.h"
-#include "cmetry/HvSpectrum.h"
+#include "cmetry/SpectrumBatch.h"
 #include "utilities/ExceptionCalculationProblem.h"
 #include "utilities/ExceptionOutOfBound.h"
 
 namespace HviManager::PaviloDriver {
 
-using CMetry::HvColorVector;
-using CMetry::HvSpectrum;
 using DeviceDriver::SpectrumData;
 using Utilities::ExceptionCalculationProblem;
 using Utilities::ExceptionOutOfBound;
@@ -36,16 +33,18 @@ const RecognitionElement& ElementAt(const std::vector<RecognitionElement>& eleme
     return elements[static_cast<size_t>(index)];
 }
 
-HvColorVector LabOf(const SpectrumData& measurement, const CMetry::HvMeasureConditions& conditions)
-{
-    return CMetry::CMetryCalculator::GetVector(HvSpectrum(measurement.Load(), conditions), conditions);
-}
+using Lab = std::array<float, 3>;
 
-float PlainDifference(const HvColorVector& first, const HvColorVector& second)
+// The length of the difference, channel by channel in double and stored as float first, as a
+// difference of two colour vectors has it.
+float PlainDifference(const Lab& first, const Lab& second)
 {
-    HvColorVector difference(first);
-    difference.Subtract(second);
-    return static_cast<float>(difference.GetLength());
+    double sumOfSquares = 0.0;
+    for (std::size_t channel = 0; channel < first.size(); ++channel) {
+        const auto difference = static_cast<float>(static_cast<double>(first[channel]) - second[channel]);
+        sumOfSquares += static_cast<double>(difference) * difference;
+    }
+    return static_cast<float>(std::sqrt(sumOfSquares));
 }
 
 // Whether elements lo to hi - 1 all lie within the noise of the first of them.
@@ -170,14 +169,20 @@ void RecognitionMarvane::LocateEdges(const std::vector<RecognitionElement>& seri
 std::vector<RecognitionElement> RecognitionMarvane::ElementsWithDifferences(const Vector<SpectrumData>& scan) const
 {
     const unsigned long count = scan.Size();
-    std::vector<HvColorVector> labs;
-    labs.reserve(count);
-    try {
-        for (unsigned long index = 0; index < count; ++index) {
-            labs.push_back(LabOf(scan[index], conditions));
+    constexpr std::size_t width = CMetry::SpectrumBatch::valuesPerSpectrum;
+    std::vector<float> spectra(count * width);
+    for (unsigned long index = 0; index < count; ++index) {
+        const Vector<float>& row = scan[index].Load();
+        if (row.Size() < width) {
+            throw ExceptionOutOfBound("vector index >= vector size");
         }
-    } catch (const CMetry::ExceptionCMetry& failure) {
-        throw ExceptionOutOfBound(*failure.Text());
+        std::copy(&row[0], &row[0] + width, &spectra[index * width]);
+    }
+    std::vector<float> flatLabs(count * CMetry::SpectrumBatch::valuesPerResult);
+    CMetry::SpectrumBatch(conditions).GetLab(spectra, flatLabs);
+    std::vector<Lab> labs(count);
+    for (unsigned long index = 0; index < count; ++index) {
+        std::copy_n(&flatLabs[index * labs[index].size()], labs[index].size(), labs[index].begin());
     }
     std::vector<RecognitionElement> series;
     series.reserve(count);
@@ -190,7 +195,7 @@ std::vector<RecognitionElement> RecognitionMarvane::ElementsWithDifferences(cons
         if (index + 1 < count) {
             element.SetForwardDifference(PlainDifference(labs[index], labs[index + 1]));
         }
-        series.push_back(element);
+        series.push_back(std::move(element));
     }
     return series;
 }

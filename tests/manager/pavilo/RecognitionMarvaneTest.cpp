@@ -143,9 +143,7 @@ TEST(RecognitionMarvaneTest, ThresholdIsHalfTheMeanDifferenceButNeverBelowTheNoi
 
     std::vector<RecognitionElement> fading = SeriesOfDifferences({4.0f, 4.0f, 4.0f, 20.0f, 20.0f});
     for (size_t index = 0; index < 3; ++index) {
-        CMetry::HvColorVector lab;
-        lab[0] = 2.0f * static_cast<float>(index);
-        fading[index].SetLab(lab);
+        fading[index].SetLab({2.0f * static_cast<float>(index), 0.0f, 0.0f});
     }
     RecognitionMarvane slowHand;
     EXPECT_EQ(TextOfFailure([&] { slowHand.LocateEdges(fading); }), "Margin is not uniform");
@@ -174,9 +172,7 @@ TEST(RecognitionMarvaneTest, FieldsAreTheMiddleThirdBetweenEdges)
         RecognitionMarvane::AverageFields(series, {10.0f, 12.0f});
     }),
         "Field is not uniform");
-    CMetry::HvColorVector missedEdge;
-    missedEdge[0] = 3.5f;
-    series[14].SetLab(missedEdge);
+    series[14].SetLab({3.5f, 0.0f, 0.0f});
     EXPECT_EQ(TextOfFailure([&] {
         RecognitionMarvane::AverageFields(series, {10.0f, 16.0f});
     }),
