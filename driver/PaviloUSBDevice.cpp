@@ -151,7 +151,7 @@ private:
 
 PaviloUSBDevice::PaviloUSBDevice(PaviloFunctionalityByte* owner, const Utilities::String& address)
     : address(address), owner(owner), deviceMutex(CleanPath(address)), shutdownRequested(false), open(false),
-      listening(false), runningNotifiers(0)
+      lost(false), listening(false), runningNotifiers(0)
 {
     if (!Open()) {
         throw Utilities::ExceptionOutOfBound("PaviloUSBDevice open failed !");
@@ -194,6 +194,22 @@ bool PaviloUSBDevice::IsOpen()
     return open;
 }
 
+bool PaviloUSBDevice::IsLost()
+{
+    HeldMutex held(deviceMutex);
+    return lost;
+}
+
+// With the device mutex held. The transfer that finds the instrument gone closes the device at
+// once: the listener may learn of it later, and an open device would count as connected.
+void PaviloUSBDevice::NoteLoss(const UsbResult& result)
+{
+    if (result.IsNoDevice()) {
+        lost = true;
+        open = false;
+    }
+}
+
 // A listener left from connections closed by hand is stopped first; whatever fails on the way
 // stops the listener again, so that nothing of a failed opening keeps running.
 bool PaviloUSBDevice::Open()
@@ -231,6 +247,7 @@ bool PaviloUSBDevice::OpenPipesAndListener()
     }
     interruptLatch = std::make_unique<InterruptLatch>(Utilities::String("Halvorn_Pavilo_") + CleanPath(address));
     open = true;
+    lost = false;
     return true;
 }
 
@@ -280,6 +297,7 @@ bool PaviloUSBDevice::HandleInterruptPacket(const UsbResult& result)
         return true;
     }
     if (!shutdownRequested) {
+        lost = true;
         // Closed first, so that an observer told of the loss finds the device closed.
         CloseConnections();
         InterruptOccurred(1);
@@ -367,6 +385,7 @@ void PaviloUSBDevice::PerformDeviceIOControl(const std::uint8_t* request, std::u
         throw Utilities::ExceptionOutOfBound("Device IO control impossible (device not open)");
     }
     const UsbResult result = connection->ControlTransfer(request, payload, length, controlTimeoutMs);
+    NoteLoss(result);
     if (!result.Succeeded()) {
         throw Utilities::ExceptionOutOfBound(Failure("Device IO control failed", result));
     }
@@ -395,6 +414,7 @@ void PaviloUSBDevice::ReadWriteInternal(Pipe pipe, std::uint8_t* buffer, std::ui
     const std::uint32_t waitMs = timeoutMs + transferGraceMs;
     const UsbResult result = pipe == Pipe::BulkIn ? connection->BulkRead(buffer, length, waitMs)
                                                   : connection->BulkWrite(buffer, length, waitMs);
+    NoteLoss(result);
     if (!result.Succeeded()) {
         throw Utilities::ExceptionOutOfBound(word + " data failed" + PlatformErrorText(result));
     }
@@ -444,7 +464,9 @@ void PaviloUSBDevice::ReadBlocks(StripReads& reads, ScanFifo& fifo, std::uint32_
             Timing_PC().Sleep(stripStartPauseMs);
             firstPass = false;
         }
-        processingCount = CheckedBlock(reads.AwaitOldest(), blockSize, packetSize);
+        const UsbResult result = reads.AwaitOldest();
+        NoteLoss(result);
+        processingCount = CheckedBlock(result, blockSize, packetSize);
     }
 }
 
