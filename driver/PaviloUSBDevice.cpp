@@ -27,8 +27,6 @@ constexpr std::uint32_t interruptPacketSize = 8;
 constexpr std::uint32_t packetsPerBlock = 10;
 constexpr std::uint32_t largestBlock = 65535;
 constexpr std::uint32_t stripStartPauseMs = 500;
-// Real instruments are not looked for until their ids come from the settings file.
-constexpr std::uint16_t unknownUsbId = 0;
 
 // Holds the device mutex for a scope, so that a raised failure lets it go.
 class HeldMutex {
@@ -170,7 +168,7 @@ PaviloUSBDevice::~PaviloUSBDevice()
 
 UsbPlatform& PaviloUSBDevice::Platform()
 {
-    static UsbPlatforms platform(unknownUsbId, unknownUsbId);
+    static UsbPlatforms platform(UsbInstrumentIds::Configured(), UsbInstrumentIds::VirtualInstrumentsWanted());
     return platform;
 }
 
