@@ -7,6 +7,8 @@
 #include <thread>
 
 #include "driver/PaviloFunctionalityByte.h"
+#include "driver/platform/RaisedThreadPriority.h"
+#include "driver/platform/StripStartSignal.h"
 #include "driver/platform/Timing_PC.h"
 #include "driver/platform/UsbPlatforms.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -435,6 +437,8 @@ void PaviloUSBDevice::ReadDataStrip(ScanFifo& fifo, std::uint32_t packetSize, st
         throw Utilities::ExceptionOutOfBound("Read data faild (wrong data size)");
     }
     {
+        // The reads must keep pace with the instrument, whatever else the machine does.
+        const RaisedThreadPriority raised;
         StripReads reads(*connection, static_cast<std::uint32_t>(blockSize), timeoutMs + transferGraceMs);
         ReadBlocks(reads, fifo, packetSize);
     }
@@ -460,6 +464,7 @@ void PaviloUSBDevice::ReadBlocks(StripReads& reads, ScanFifo& fifo, std::uint32_
         if (firstPass) {
             // The user hears the start of the strip after this pause.
             Timing_PC().Sleep(stripStartPauseMs);
+            StripStartSignal::Sound();
             firstPass = false;
         }
         const UsbResult result = reads.AwaitOldest();

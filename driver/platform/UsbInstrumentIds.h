@@ -22,7 +22,8 @@ struct UsbInstrumentIds {
     // "vvvv:pppp"; nothing for any other text.
     static std::optional<UsbInstrumentIds> FromPair(const std::string& text);
     // Two texts of four hexadecimal digits; nothing unless both are.
-    static std::optional<UsbInstrumentIds> FromSettings(const Utilities::String& vendor, const Utilities::String& product);
+    static std::optional<UsbInstrumentIds> FromSettings(
+        const Utilities::String& vendor, const Utilities::String& product);
     // False when ORBEL_VIRTUAL=off, so that the module reaches instruments only through USB.
     static bool VirtualInstrumentsWanted();
 };
