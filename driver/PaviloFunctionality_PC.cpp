@@ -197,7 +197,13 @@ std::uint8_t PaviloFunctionality_PC::DeviceState(std::uint16_t stateId)
     }
     if (stateId == StateIds::connected) {
         std::vector<Utilities::String> paths;
-        return PaviloUSBDevice::EnumerateDevices(paths) > 0 ? 1 : 0;
+        PaviloUSBDevice::EnumerateDevices(paths);
+        // The path of an instrument that has just gone may still show for a moment; it counts
+        // again once it opens.
+        if (!device.IsNull() && device->IsLost() && !device->Open()) {
+            std::erase(paths, device->GetDeviceName());
+        }
+        return paths.empty() ? 0 : 1;
     }
     throw ExceptionPaviloCommunication("Device state request not supported");
 }

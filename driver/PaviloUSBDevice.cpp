@@ -8,6 +8,8 @@
 
 #include "diagnostics/DebugTraceItem.h"
 #include "driver/PaviloFunctionalityByte.h"
+#include "driver/platform/RaisedThreadPriority.h"
+#include "driver/platform/StripStartSignal.h"
 #include "driver/platform/Timing_PC.h"
 #include "driver/platform/UsbPlatforms.h"
 #include "utilities/ExceptionOutOfBound.h"
@@ -29,8 +31,6 @@ constexpr std::uint32_t interruptPacketSize = 8;
 constexpr std::uint32_t packetsPerBlock = 10;
 constexpr std::uint32_t largestBlock = 65535;
 constexpr std::uint32_t stripStartPauseMs = 500;
-// Real instruments are not looked for until their ids come from the settings file.
-constexpr std::uint16_t unknownUsbId = 0;
 
 // A failure that can't go further is at least kept in the trace.
 void TraceEndedFailure(const char* function, const char* what)
@@ -149,7 +149,7 @@ private:
 
 PaviloUSBDevice::PaviloUSBDevice(PaviloFunctionalityByte* owner, const Utilities::String& address)
     : address(address), owner(owner), deviceMutex(CleanPath(address)), shutdownRequested(false), open(false),
-      listening(false), runningNotifiers(0)
+      lost(false), listening(false), runningNotifiers(0)
 {
     if (!Open()) {
         throw Utilities::ExceptionOutOfBound("PaviloUSBDevice open failed !");
@@ -168,7 +168,7 @@ PaviloUSBDevice::~PaviloUSBDevice()
 
 UsbPlatform& PaviloUSBDevice::Platform()
 {
-    static UsbPlatforms platform(unknownUsbId, unknownUsbId);
+    static UsbPlatforms platform(UsbInstrumentIds::Configured(), UsbInstrumentIds::VirtualInstrumentsWanted());
     return platform;
 }
 
@@ -190,6 +190,22 @@ bool PaviloUSBDevice::IsOpen()
 {
     const Utilities::MutexLock held(deviceMutex);
     return open;
+}
+
+bool PaviloUSBDevice::IsLost()
+{
+    HeldMutex held(deviceMutex);
+    return lost;
+}
+
+// With the device mutex held. The transfer that finds the instrument gone closes the device at
+// once: the listener may learn of it later, and an open device would count as connected.
+void PaviloUSBDevice::NoteLoss(const UsbResult& result)
+{
+    if (result.IsNoDevice()) {
+        lost = true;
+        open = false;
+    }
 }
 
 // A listener left from connections closed by hand is stopped first; whatever fails on the way
@@ -231,6 +247,7 @@ bool PaviloUSBDevice::OpenPipesAndListener()
     }
     interruptLatch = std::make_unique<InterruptLatch>(Utilities::String("Halvorn_Pavilo_") + CleanPath(address));
     open = true;
+    lost = false;
     return true;
 }
 
@@ -280,6 +297,7 @@ bool PaviloUSBDevice::HandleInterruptPacket(const UsbResult& result)
         return true;
     }
     if (!shutdownRequested) {
+        lost = true;
         // Closed first, so that an observer told of the loss finds the device closed.
         CloseConnections();
         InterruptOccurred(1);
@@ -377,6 +395,7 @@ void PaviloUSBDevice::PerformDeviceIOControl(const std::uint8_t* request, std::u
         throw Utilities::ExceptionOutOfBound("Device IO control impossible (device not open)");
     }
     const UsbResult result = connection->ControlTransfer(request, payload, length, controlTimeoutMs);
+    NoteLoss(result);
     if (!result.Succeeded()) {
         throw Utilities::ExceptionOutOfBound(Failure("Device IO control failed", result));
     }
@@ -413,6 +432,7 @@ void PaviloUSBDevice::ReadWriteInternal(Pipe pipe, std::uint8_t* buffer, std::ui
     const std::uint32_t waitMs = timeoutMs + transferGraceMs;
     const UsbResult result = pipe == Pipe::BulkIn ? connection->BulkRead(buffer, length, waitMs)
                                                   : connection->BulkWrite(buffer, length, waitMs);
+    NoteLoss(result);
     if (!result.Succeeded()) {
         throw Utilities::ExceptionOutOfBound(word + " data failed" + PlatformErrorText(result));
     }
@@ -435,6 +455,8 @@ void PaviloUSBDevice::ReadDataStrip(ScanFifo& fifo, std::uint32_t packetSize, st
         throw Utilities::ExceptionOutOfBound("Read data faild (wrong data size)");
     }
     {
+        // The reads must keep pace with the instrument, whatever else the machine does.
+        const RaisedThreadPriority raised;
         StripReads reads(*connection, static_cast<std::uint32_t>(blockSize), timeoutMs + transferGraceMs);
         ReadBlocks(reads, fifo, packetSize);
     }
@@ -460,9 +482,12 @@ void PaviloUSBDevice::ReadBlocks(StripReads& reads, ScanFifo& fifo, std::uint32_
         if (firstPass) {
             // The user hears the start of the strip after this pause.
             Timing_PC().Sleep(stripStartPauseMs);
+            StripStartSignal::Sound();
             firstPass = false;
         }
-        processingCount = CheckedBlock(reads.AwaitOldest(), blockSize, packetSize);
+        const UsbResult result = reads.AwaitOldest();
+        NoteLoss(result);
+        processingCount = CheckedBlock(result, blockSize, packetSize);
     }
 }
 

@@ -35,6 +35,8 @@ public:
     PaviloUSBDevice& operator=(const PaviloUSBDevice&) = delete;
 
     virtual bool IsOpen();
+    // True from a transfer or the listener finding the instrument gone until it opens again.
+    bool IsLost();
 
     // Never raises; gives the open flag afterwards.
     bool Open();
@@ -73,6 +75,7 @@ private:
 
     static UsbPlatform& Platform();
 
+    void NoteLoss(const UsbResult& result);
     void ReadWriteInternal(Pipe pipe, std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs);
     bool OpenPipesAndListener();
     bool StartListener();
@@ -93,6 +96,7 @@ private:
     std::shared_ptr<UsbConnection> connection;
     bool shutdownRequested;
     bool open;
+    bool lost;
     bool listening;
     std::unique_ptr<InterruptLatch> interruptLatch;
     std::list<std::unique_ptr<Notifier>> notifiers;

@@ -8,23 +8,24 @@
 
 namespace DeviceDriver {
 
-UsbPlatforms::UsbPlatforms(std::uint16_t vendorId, std::uint16_t productId)
-    : UsbPlatforms(Installed(vendorId, productId))
+UsbPlatforms::UsbPlatforms(const UsbInstrumentIds& ids, bool virtualInstruments)
+    : UsbPlatforms(Installed(ids, virtualInstruments))
 {
 }
 
 UsbPlatforms::UsbPlatforms(std::vector<std::unique_ptr<UsbPlatform>> platforms) : platforms(std::move(platforms)) { }
 
-std::vector<std::unique_ptr<UsbPlatform>> UsbPlatforms::Installed(std::uint16_t vendorId, std::uint16_t productId)
+std::vector<std::unique_ptr<UsbPlatform>> UsbPlatforms::Installed(const UsbInstrumentIds& ids, bool virtualInstruments)
 {
     std::vector<std::unique_ptr<UsbPlatform>> installed;
 #ifdef ORBEL_HAVE_LIBUSB
-    installed.push_back(std::make_unique<LibUsbPlatform>(vendorId, productId));
+    installed.push_back(std::make_unique<LibUsbPlatform>(ids.vendorId, ids.productId));
 #else
-    static_cast<void>(vendorId);
-    static_cast<void>(productId);
+    static_cast<void>(ids);
 #endif
-    installed.push_back(std::make_unique<VirtualPlatform>());
+    if (virtualInstruments) {
+        installed.push_back(std::make_unique<VirtualPlatform>());
+    }
     return installed;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "driver/platform/UsbInstrumentIds.h"
 #include "driver/platform/UsbPlatform.h"
 
 namespace DeviceDriver {
@@ -12,9 +13,9 @@ namespace DeviceDriver {
 // then the virtual ones, and a path is opened by the platform that serves it.
 class UsbPlatforms : public UsbPlatform {
 public:
-    // The real instruments with these ids (none without libusb, or with an id of 0), then the
-    // virtual instruments of orbel-sim.
-    UsbPlatforms(std::uint16_t vendorId, std::uint16_t productId);
+    // The real instruments with these ids (none without libusb, or without ids), then the
+    // virtual instruments of orbel-sim where they are wanted.
+    UsbPlatforms(const UsbInstrumentIds& ids, bool virtualInstruments);
     explicit UsbPlatforms(std::vector<std::unique_ptr<UsbPlatform>> platforms);
 
     bool Serves(const Utilities::String& path) const override;
@@ -22,7 +23,7 @@ public:
     UsbResult Open(const Utilities::String& path, std::unique_ptr<UsbConnection>& connection) override;
 
 private:
-    static std::vector<std::unique_ptr<UsbPlatform>> Installed(std::uint16_t vendorId, std::uint16_t productId);
+    static std::vector<std::unique_ptr<UsbPlatform>> Installed(const UsbInstrumentIds& ids, bool virtualInstruments);
 
     const std::vector<std::unique_ptr<UsbPlatform>> platforms;
 };

@@ -8,6 +8,7 @@
 #include "driver/platform/VirtualPlatform.h"
 #include "tests/driver/VectorLists.h"
 #include "tests/support/SimInstrument.h"
+#include "tests/utilities/SettingsHome.h"
 
 namespace DeviceDriverTest {
 
@@ -68,20 +69,22 @@ TEST(UsbPlatforms, ListsRealInstrumentsFirstAndOpensEachPathOnItsPlatform)
     EXPECT_THAT(opened, ElementsAre("usb:2-1.3"));
 }
 
-// With no instrument ids there is no real instrument to look for; the virtual ones remain.
+// With no instrument ids there is no real instrument to look for; the virtual ones remain unless
+// they are switched off.
 TEST(UsbPlatforms, WithoutIdsListsTheVirtualInstrumentsAlone)
 {
     const SimInstrument sim;
-    const char* saved = std::getenv("ORBEL_SIM_DIR");
-    const std::string savedDirectory = saved ? saved : "";
-    ::setenv("ORBEL_SIM_DIR", sim.Directory().c_str(), 1);
-    UsbPlatforms all(0, 0);
+    const EnvironmentSetting directory("ORBEL_SIM_DIR", sim.Directory());
+    UsbPlatforms all(DeviceDriver::UsbInstrumentIds{}, true);
     EXPECT_THAT(Texts(all.EnumerateDevices()), ElementsAre("sim:1000001"));
     std::unique_ptr<UsbConnection> connection;
     EXPECT_TRUE(all.Open("usb:1-1", connection).IsNoDevice());
     EXPECT_TRUE(all.Open("sim:1000001", connection).Succeeded());
     connection.reset();
-    saved ? ::setenv("ORBEL_SIM_DIR", savedDirectory.c_str(), 1) : ::unsetenv("ORBEL_SIM_DIR");
+
+    UsbPlatforms none(DeviceDriver::UsbInstrumentIds{}, false);
+    EXPECT_TRUE(none.EnumerateDevices().empty());
+    EXPECT_TRUE(none.Open("sim:1000001", connection).IsNoDevice());
 }
 
 }

@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "driver/platform/UsbInstrumentIds.h"
+#include "tests/utilities/SettingsHome.h"
+
+namespace DeviceDriverTest {
+
+using DeviceDriver::UsbInstrumentIds;
+
+TEST(UsbInstrumentIds, TakeFourHexadecimalDigitsForEachIdAndNothingElse)
+{
+    struct Case {
+        const char* text;
+        bool valid;
+        std::uint16_t vendorId;
+        std::uint16_t productId;
+    };
+    for (const Case& c : {Case{"1d6b:0104", true, 0x1d6b, 0x0104}, Case{"ABCD:ef01", true, 0xabcd, 0xef01},
+             Case{"1d6b0104", false, 0, 0}, Case{"1d6b:104", false, 0, 0}, Case{"0x1d:0104", false, 0, 0},
+             Case{"1d6g:0104", false, 0, 0}, Case{"", false, 0, 0}}) {
+        const auto ids = UsbInstrumentIds::FromPair(c.text);
+        ASSERT_EQ(ids.has_value(), c.valid) << c.text;
+        if (ids) {
+            EXPECT_EQ(ids->vendorId, c.vendorId) << c.text;
+            EXPECT_EQ(ids->productId, c.productId) << c.text;
+        }
+    }
+}
+
+// The settings file of this test program, beside the one that SettingsHome names.
+void WriteSettings(const SettingsHome& home, const std::string& content)
+{
+    const std::filesystem::path file = std::filesystem::path(home.SettingsFile()).parent_path() / "test_driver.ini";
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << content;
+}
+
+TEST(UsbInstrumentIds, ComeFromTheSettingsFileUnlessTheEnvironmentOverridesThem)
+{
+    const SettingsHome home;
+    WriteSettings(home, "[Pavilo]\nUsbVendorId=1d6b\nUsbProductId=0104\n");
+    EXPECT_EQ(UsbInstrumentIds::Configured().productId, 0x0104);
+    {
+        const EnvironmentSetting overridden("ORBEL_USB_ID", "abcd:0002");
+        EXPECT_EQ(UsbInstrumentIds::Configured().vendorId, 0xabcd);
+    }
+    WriteSettings(home, "[Pavilo]\nUsbVendorId=1d6b\n");
+    EXPECT_FALSE(UsbInstrumentIds::Configured().IsSet());
+}
+
+}
