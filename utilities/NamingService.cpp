@@ -7,8 +7,8 @@
 #include <new>
 #include <utility>
 
-#include "diagnostics/DebugTraceItem.h"
 #include "InstalledPaths.h"
+#include "diagnostics/DebugTraceItem.h"
 #include "utilities/Anything.h"
 #include "utilities/ComponentCreatorBase.h"
 #include "utilities/Directory.h"
