@@ -194,7 +194,7 @@ bool PaviloUSBDevice::IsOpen()
 
 bool PaviloUSBDevice::IsLost()
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     return lost;
 }
 
@@ -414,7 +414,7 @@ void PaviloUSBDevice::Write(const std::uint8_t* buffer, std::uint32_t length, st
 void PaviloUSBDevice::RequestAndRead(const std::uint8_t* request, std::uint8_t* payload, std::uint32_t payloadLength,
     std::uint8_t* buffer, std::uint32_t length, std::uint32_t timeoutMs)
 {
-    HeldMutex held(deviceMutex);
+    const Utilities::MutexLock held(deviceMutex);
     PerformDeviceIOControl(request, payload, payloadLength);
     Read(buffer, length, timeoutMs);
 }
