@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test demo bench asan tsan format check-format check-sources check-packages clean
+.PHONY: all configure test demo bench asan tsan format check-format check-sources check-packages tidy clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -48,6 +48,12 @@ check-sources:
 PACKAGE_BUILD ?= build-package
 check-packages:
 	sh scripts/check-packages.sh $(PACKAGE_BUILD)
+
+# The checks of .clang-tidy over the module, the program and the plug-ins. Some seconds a file,
+# a quarter of an hour of processor time for the tree: run by hand, not in CI.
+tidy:
+	cmake -S . -B $(BUILD) $(CMAKE_FLAGS) -DCMAKE_EXPORT_COMPILE_COMMANDS=ON
+	run-clang-tidy -p $(BUILD) -j $(JOBS) -quiet '$(CURDIR)/(api|control|manager|driver|cmetry|utilities|diagnostics|tools|plugins)/'
 
 clean:
 	rm -rf build build-asan build-tsan build-package

@@ -81,7 +81,7 @@ long Arguments::Whole(const std::string& name, long fallback, long lowest, long 
 std::string Arguments::Choice(
     const std::string& name, const std::string& fallback, const std::vector<std::string>& words) const
 {
-    const std::string value = Value(name, fallback);
+    std::string value = Value(name, fallback);
     if (std::find(words.begin(), words.end(), value) != words.end()) {
         return value;
     }

@@ -64,6 +64,7 @@ std::vector<Utilities::String> VirtualPlatform::EnumerateDevices()
     }
     std::sort(serials.begin(), serials.end(), SerialBefore);
     std::vector<Utilities::String> paths;
+    paths.reserve(serials.size());
     for (const std::string& serial : serials) {
         paths.emplace_back(PathPrefix + serial);
     }

@@ -16,7 +16,8 @@ const char* const writeFailure = "Unable to write physical conditions to Pavilo"
 
 }
 
-DensityReflectance_V1_Impl::DensityReflectance_V1_Impl(Utilities::SmartPointer<DeviceDriver::RemissionHandle> handle)
+DensityReflectance_V1_Impl::DensityReflectance_V1_Impl(
+    const Utilities::SmartPointer<DeviceDriver::RemissionHandle>& handle)
     : handle(handle)
 {
     conditions.SetCondition("Colorimetric.Illumination", "D50");

@@ -14,7 +14,7 @@ namespace HviManager::PaviloDriver {
 // in the instrument's stored white, and fails when it can't.
 class DensityReflectance_V1_Impl : public DensityReflectance_V1 {
 public:
-    explicit DensityReflectance_V1_Impl(Utilities::SmartPointer<DeviceDriver::RemissionHandle> handle);
+    explicit DensityReflectance_V1_Impl(const Utilities::SmartPointer<DeviceDriver::RemissionHandle>& handle);
 
     Diagnostics::String GetValueString() override;
     void SetMeasureConditions(const CMetry::HvMeasureConditions& newConditions) override;

@@ -23,7 +23,7 @@ const Utilities::String undefined("Undefined");
 }
 
 SpecPhotoMeterEmission_V1_Impl::SpecPhotoMeterEmission_V1_Impl(
-    Utilities::SmartPointer<DeviceDriver::EmissionHandle> handle)
+    const Utilities::SmartPointer<DeviceDriver::EmissionHandle>& handle)
     : handle(handle)
 {
     conditions.SetCondition("Colorimetric.Illumination", "Emission");

@@ -16,7 +16,7 @@ namespace HviManager::PaviloDriver {
 // afresh at each Calibrate and Measure.
 class SpecPhotoMeterEmission_V1_Impl : public SpecPhotoMeterEmission_V1 {
 public:
-    explicit SpecPhotoMeterEmission_V1_Impl(Utilities::SmartPointer<DeviceDriver::EmissionHandle> handle);
+    explicit SpecPhotoMeterEmission_V1_Impl(const Utilities::SmartPointer<DeviceDriver::EmissionHandle>& handle);
 
     void Calibrate() override;
     // Leaves the handle locked for GetSample, which ends the lock.

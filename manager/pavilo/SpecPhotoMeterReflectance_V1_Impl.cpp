@@ -12,7 +12,7 @@ const char* const lockFailure = "Unable to Lock RemissionHandle of Pavilo";
 }
 
 SpecPhotoMeterReflectance_V1_Impl::SpecPhotoMeterReflectance_V1_Impl(
-    Utilities::SmartPointer<DeviceDriver::RemissionHandle> handle)
+    const Utilities::SmartPointer<DeviceDriver::RemissionHandle>& handle)
     : handle(handle)
 {
     conditions.SetCondition("Colorimetric.Illumination", "D50");

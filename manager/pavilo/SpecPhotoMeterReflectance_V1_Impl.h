@@ -15,7 +15,7 @@ namespace HviManager::PaviloDriver {
 // instrument stored at its last calibration, so that a client can measure at once.
 class SpecPhotoMeterReflectance_V1_Impl : public SpecPhotoMeterReflectance_V1 {
 public:
-    explicit SpecPhotoMeterReflectance_V1_Impl(Utilities::SmartPointer<DeviceDriver::RemissionHandle> handle);
+    explicit SpecPhotoMeterReflectance_V1_Impl(const Utilities::SmartPointer<DeviceDriver::RemissionHandle>& handle);
 
     // Leaves the handle locked for GetSample, which ends the lock.
     void Measure() override;

@@ -39,7 +39,7 @@ void SetCalibrationItems(ConfigurationData& items)
 
 }
 
-SpecPhotoMeterScanning_V1_Impl::SpecPhotoMeterScanning_V1_Impl(SmartPointer<RemissionScanHandle> scanHandle)
+SpecPhotoMeterScanning_V1_Impl::SpecPhotoMeterScanning_V1_Impl(const SmartPointer<RemissionScanHandle>& scanHandle)
     : handle(scanHandle)
 {
     conditions.SetCondition("Colorimetric.Illumination", "D50");

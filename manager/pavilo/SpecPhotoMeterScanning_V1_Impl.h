@@ -20,7 +20,8 @@ namespace HviManager::PaviloDriver {
 // other client reaches the instrument in between.
 class SpecPhotoMeterScanning_V1_Impl : public SpecPhotoMeterScanning_V1 {
 public:
-    explicit SpecPhotoMeterScanning_V1_Impl(Utilities::SmartPointer<DeviceDriver::RemissionScanHandle> scanHandle);
+    explicit SpecPhotoMeterScanning_V1_Impl(
+        const Utilities::SmartPointer<DeviceDriver::RemissionScanHandle>& scanHandle);
 
     // -1 leaves the count of the instrument's own conditions.
     void Measure(int32_t count) override;

@@ -6,7 +6,7 @@
 namespace HviManager::PaviloDriver {
 
 TristPhotoMeterEmission_V1_Impl::TristPhotoMeterEmission_V1_Impl(
-    Utilities::SmartPointer<DeviceDriver::EmissionHandle> handle)
+    const Utilities::SmartPointer<DeviceDriver::EmissionHandle>& handle)
     : spectral(handle)
 {
 }

@@ -13,7 +13,7 @@ namespace HviManager::PaviloDriver {
 // a spectral interface of its own on the same handle.
 class TristPhotoMeterEmission_V1_Impl : public TristPhotoMeterEmission_V1 {
 public:
-    explicit TristPhotoMeterEmission_V1_Impl(Utilities::SmartPointer<DeviceDriver::EmissionHandle> handle);
+    explicit TristPhotoMeterEmission_V1_Impl(const Utilities::SmartPointer<DeviceDriver::EmissionHandle>& handle);
 
     void Calibrate() override;
     // Leaves the handle locked for GetColorVector, which ends the lock.
