@@ -8,6 +8,27 @@
 
 namespace OrbelSim {
 
+namespace {
+
+struct EepromRange {
+    std::uint32_t address;
+    std::uint32_t size;
+};
+
+// Address (4), size (2).
+EepromRange RangeOf(const std::vector<std::uint8_t>& payload)
+{
+    return {WireFrame::GetU32(payload.data()), WireFrame::GetU16(payload.data() + 4)};
+}
+
+std::string PastTheEnd(const std::string& what, const EepromRange& range)
+{
+    return "EEPROM " + what + " of " + std::to_string(range.size) + " bytes at " + std::to_string(range.address) +
+        " goes past the end";
+}
+
+} // namespace
+
 EepromAccess::EepromAccess(Eeprom& eeprom, TransferCounters& counters, const SimClock& clock)
     : eeprom(eeprom), counters(counters), clock(clock)
 {
@@ -15,14 +36,12 @@ EepromAccess::EepromAccess(Eeprom& eeprom, TransferCounters& counters, const Sim
 
 TransferResult EepromAccess::StartRead(ConnectionState& connection, const std::vector<std::uint8_t>& payload)
 {
-    const std::uint32_t address = WireFrame::GetU32(payload.data());
-    const std::uint32_t size = WireFrame::GetU16(payload.data() + 4);
-    if (!Eeprom::InRange(address, size)) {
-        return counters.Refuse(TransferStatus::Stall,
-            "EEPROM read of " + std::to_string(size) + " bytes at " + std::to_string(address) + " goes past the end");
+    const EepromRange range = RangeOf(payload);
+    if (!Eeprom::InRange(range.address, range.size)) {
+        return counters.Refuse(TransferStatus::Stall, PastTheEnd("read", range));
     }
     PendingData data;
-    data.bytes = eeprom.Read(address, size);
+    data.bytes = eeprom.Read(range.address, range.size);
     data.readiness.emplace_back(data.bytes.size(), clock.Now());
     connection.pending = std::move(data);
     return {};
@@ -30,14 +49,12 @@ TransferResult EepromAccess::StartRead(ConnectionState& connection, const std::v
 
 TransferResult EepromAccess::StartWrite(ConnectionState& connection, const std::vector<std::uint8_t>& payload)
 {
-    const std::uint32_t address = WireFrame::GetU32(payload.data());
-    const std::uint32_t size = WireFrame::GetU16(payload.data() + 4);
-    if (!Eeprom::InRange(address, size)) {
-        return counters.Refuse(TransferStatus::Stall,
-            "EEPROM write of " + std::to_string(size) + " bytes at " + std::to_string(address) + " goes past the end");
+    const EepromRange range = RangeOf(payload);
+    if (!Eeprom::InRange(range.address, range.size)) {
+        return counters.Refuse(TransferStatus::Stall, PastTheEnd("write", range));
     }
-    connection.writeAddress = address;
-    connection.writeRemaining = size;
+    connection.writeAddress = range.address;
+    connection.writeRemaining = range.size;
     return {};
 }
 

@@ -5,7 +5,7 @@
 
 namespace OrbelSim {
 
-FaultInjector::FaultInjector(Faults& faults, Eeprom& eeprom) : faults(faults), eeprom(eeprom) {}
+FaultInjector::FaultInjector(Faults& faults, Eeprom& eeprom) : faults(faults), eeprom(eeprom) { }
 
 void FaultInjector::Inject(const std::string& kind, unsigned count)
 {

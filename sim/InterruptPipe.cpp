@@ -10,7 +10,7 @@ constexpr std::size_t maxQueuedPresses = 16;
 
 } // namespace
 
-InterruptPipe::InterruptPipe(Cable& cable, TransferCounters& counters) : cable(cable), counters(counters) {}
+InterruptPipe::InterruptPipe(Cable& cable, TransferCounters& counters) : cable(cable), counters(counters) { }
 
 TransferResult InterruptPipe::Read(
     Lock& lock, std::condition_variable& changed, std::uint32_t connection, std::uint32_t requestId)

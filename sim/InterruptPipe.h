@@ -21,7 +21,8 @@ public:
 
     // Waits on `changed`, releasing `lock`, until a press, the cable goes, a cancel, or the
     // connection ends.
-    TransferResult Read(Lock& lock, std::condition_variable& changed, std::uint32_t connection, std::uint32_t requestId);
+    TransferResult Read(
+        Lock& lock, std::condition_variable& changed, std::uint32_t connection, std::uint32_t requestId);
     // False if there is no such connection.
     bool Cancel(std::uint32_t connection, std::uint32_t requestId);
     void Press();
