@@ -5,7 +5,7 @@
 //   short-read       the next N bulk reads deliver half of their bytes and end the data in waiting
 //   low-power        the next N MISC answers carry status 8 (not enough power)
 //   drop             the cable goes during the N-th control or bulk transfer from now
-// The EEPROM damages act at once and are handled by the instrument.
+// The EEPROM damages act at once and are handled by FaultInjector.
 
 #include <optional>
 #include <string>

@@ -1,41 +1,19 @@
 #include "sim/Instrument.h"
 
-#include <algorithm>
-#include <sstream>
 #include <stdexcept>
 
 #include "sim/CommandTable.h"
 #include "sim/FactoryCalibration.h"
-#include "sim/SimLog.h"
+#include "sim/StatusReport.h"
+#include "sim/WireFrame.h"
 
 namespace OrbelSim {
 
-namespace {
-
-constexpr std::size_t maxQueuedPresses = 16;
-
-std::string Bool(bool value)
-{
-    return value ? "true" : "false";
-}
-
-std::string Quoted(const std::string& text)
-{
-    std::string out = "\"";
-    for (char c : text) {
-        if (c == '"' || c == '\\') {
-            out += '\\';
-        }
-        out += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-    }
-    return out + "\"";
-}
-
-} // namespace
-
 Instrument::Instrument(const InstrumentOptions& options)
     : serial(options.serial), clock(options.timeScale), noise(options.noise), eeprom({}),
-      engine(options.uvCut, options.noise, options.serial), scheduler(engine, clock)
+      engine(options.uvCut, options.noise, options.serial), scheduler(engine, clock),
+      eepromAccess(eeprom, counters, clock), bulk(cable, faults, counters, clock), interrupts(cable, counters),
+      faultInjector(faults, eeprom)
 {
     eeprom = Eeprom(options.eepromImage ? *options.eepromImage : FactoryCalibration::Image(engine.GetOptics(), serial));
     if (!options.eepromFile.empty()) {
@@ -59,7 +37,7 @@ void Instrument::NotifyCable()
     {
         std::lock_guard<std::mutex> lock(mutex);
         listener = cableListener;
-        pluggedNow = plugged;
+        pluggedNow = cable.Plugged();
     }
     if (listener) {
         listener(pluggedNow);
@@ -69,55 +47,26 @@ void Instrument::NotifyCable()
 std::optional<std::uint32_t> Instrument::Connect()
 {
     std::lock_guard<std::mutex> lock(mutex);
-    if (!plugged) {
-        return std::nullopt;
-    }
-    const std::uint32_t id = nextConnection++;
-    connections[id] = Connection{};
-    return id;
+    return cable.Connect();
 }
 
 void Instrument::Disconnect(std::uint32_t connection)
 {
     std::lock_guard<std::mutex> lock(mutex);
-    connections.erase(connection);
+    cable.Disconnect(connection);
     changed.notify_all();
-}
-
-Instrument::Connection* Instrument::Live(std::uint32_t connection)
-{
-    const auto found = connections.find(connection);
-    if (found == connections.end() || found->second.gone || !plugged) {
-        return nullptr;
-    }
-    return &found->second;
-}
-
-TransferResult Instrument::Refuse(TransferStatus status, const std::string& note)
-{
-    if (status == TransferStatus::Stall) {
-        ++counters.stalls;
-    }
-    if (status == TransferStatus::Timeout) {
-        ++counters.timeouts;
-    }
-    return {status, {}, note};
 }
 
 void Instrument::DropCableLocked()
 {
-    plugged = false;
-    for (auto& [id, connection] : connections) {
-        connection.gone = true;
-        connection.pending.reset();
-    }
+    cable.Drop();
     lampOn = false;
     changed.notify_all();
 }
 
 std::optional<TransferResult> Instrument::Prelude(std::uint32_t connection, bool& dropped)
 {
-    if (!Live(connection)) {
+    if (!cable.Live(connection)) {
         return TransferResult{TransferStatus::NoDevice, {}, "the instrument is unplugged"};
     }
     if (faults.CountTransferForDrop()) {
@@ -139,9 +88,9 @@ TransferResult Instrument::Control(std::uint32_t connection, const std::vector<s
         if (auto failed = Prelude(connection, dropped)) {
             result = *failed;
         } else if (faults.Take(FaultKind::ControlTimeout)) {
-            result = Refuse(TransferStatus::Timeout, "fault control-timeout");
+            result = counters.Refuse(TransferStatus::Timeout, "fault control-timeout");
         } else {
-            result = ControlLocked(*Live(connection), setup, payload, length);
+            result = ControlLocked(*cable.Live(connection), setup, payload, length);
         }
     }
     if (dropped) {
@@ -150,16 +99,17 @@ TransferResult Instrument::Control(std::uint32_t connection, const std::vector<s
     return result;
 }
 
-TransferResult Instrument::ControlLocked(Connection& connection, const std::vector<std::uint8_t>& setup,
+TransferResult Instrument::ControlLocked(ConnectionState& connection, const std::vector<std::uint8_t>& setup,
     const std::vector<std::uint8_t>& payload, std::uint32_t length)
 {
     if (const auto refusal = CommandTable::Refusal(setup, payload, length)) {
-        return Refuse(TransferStatus::Stall, *refusal);
+        return counters.Refuse(TransferStatus::Stall, *refusal);
     }
     return Execute(connection, CommandTable::Code(setup), payload);
 }
 
-TransferResult Instrument::Execute(Connection& connection, std::uint8_t code, const std::vector<std::uint8_t>& payload)
+TransferResult Instrument::Execute(
+    ConnectionState& connection, std::uint8_t code, const std::vector<std::uint8_t>& payload)
 {
     switch (code) {
     case CommandTable::measureRequest:
@@ -170,9 +120,9 @@ TransferResult Instrument::Execute(Connection& connection, std::uint8_t code, co
     case CommandTable::getMeasureParameters:
         return {TransferStatus::Ok, scheduler.ParameterAnswer(), ""};
     case CommandTable::writeEeprom:
-        return StartEepromWrite(connection, payload);
+        return eepromAccess.StartWrite(connection, payload);
     case CommandTable::readEeprom:
-        return StartEepromRead(connection, payload);
+        return eepromAccess.StartRead(connection, payload);
     case CommandTable::writeCpld:
         lastCpldRegister = WireFrame::GetU16(payload.data());
         cpld[lastCpldRegister] = {WireFrame::GetU16(payload.data() + 2), WireFrame::GetU16(payload.data() + 4)};
@@ -205,43 +155,15 @@ std::vector<std::uint8_t> Instrument::MiscAnswer()
     return answer;
 }
 
-TransferResult Instrument::StartEepromRead(Connection& connection, const std::vector<std::uint8_t>& payload)
-{
-    const std::uint32_t address = WireFrame::GetU32(payload.data());
-    const std::uint32_t size = WireFrame::GetU16(payload.data() + 4);
-    if (!Eeprom::InRange(address, size)) {
-        return Refuse(TransferStatus::Stall,
-            "EEPROM read of " + std::to_string(size) + " bytes at " + std::to_string(address) + " goes past the end");
-    }
-    PendingData data;
-    data.bytes = eeprom.Read(address, size);
-    data.readiness.emplace_back(data.bytes.size(), clock.Now());
-    connection.pending = std::move(data);
-    return {};
-}
-
-TransferResult Instrument::StartEepromWrite(Connection& connection, const std::vector<std::uint8_t>& payload)
-{
-    const std::uint32_t address = WireFrame::GetU32(payload.data());
-    const std::uint32_t size = WireFrame::GetU16(payload.data() + 4);
-    if (!Eeprom::InRange(address, size)) {
-        return Refuse(TransferStatus::Stall,
-            "EEPROM write of " + std::to_string(size) + " bytes at " + std::to_string(address) + " goes past the end");
-    }
-    connection.writeAddress = address;
-    connection.writeRemaining = size;
-    return {};
-}
-
-TransferResult Instrument::StartMeasurement(Connection& connection)
+TransferResult Instrument::StartMeasurement(ConnectionState& connection)
 {
     if (scheduler.Parameters().count == 0) {
-        return Refuse(TransferStatus::Stall, "measurement request with a count of 0");
+        return counters.Refuse(TransferStatus::Stall, "measurement request with a count of 0");
     }
     connection.pending = scheduler.Start();
     if (connection.pending->bytes.empty()) {
         connection.pending.reset();
-        return Refuse(TransferStatus::Stall, "measurement request for more than 65536 measurements");
+        return counters.Refuse(TransferStatus::Stall, "measurement request for more than 65536 measurements");
     }
     lampOn = scheduler.LampOnAfter();
     return {};
@@ -255,15 +177,15 @@ TransferResult Instrument::BulkRead(
     {
         Lock lock(mutex);
         ++counters.bulkIn;
-        Connection* live = Live(connection);
-        if (live && TakeBulkCancel(*live, requestId)) {
+        ConnectionState* live = cable.Live(connection);
+        if (live && BulkPipe::TakeCancel(*live, requestId)) {
             result = {TransferStatus::Cancelled, {}, "cancelled before it was served"};
         } else if (auto failed = Prelude(connection, dropped)) {
             result = *failed;
         } else if (faults.Take(FaultKind::BulkTimeout)) {
-            result = Refuse(TransferStatus::Timeout, "fault bulk-timeout");
+            result = counters.Refuse(TransferStatus::Timeout, "fault bulk-timeout");
         } else {
-            result = BulkReadLocked(lock, connection, length, timeoutMs, requestId);
+            result = bulk.Read(lock, changed, connection, length, timeoutMs, requestId);
         }
     }
     if (dropped) {
@@ -272,80 +194,12 @@ TransferResult Instrument::BulkRead(
     return result;
 }
 
-TransferResult Instrument::BulkReadLocked(
-    Lock& lock, std::uint32_t connection, std::uint32_t length, std::uint32_t timeoutMs, std::uint32_t requestId)
-{
-    const auto deadline =
-        timeoutMs == 0 ? SimClock::Clock::time_point::max() : clock.Now() + std::chrono::milliseconds(timeoutMs);
-    while (true) {
-        Connection* live = Live(connection);
-        if (!live) {
-            return {TransferStatus::NoDevice, {}, "the instrument is unplugged"};
-        }
-        if (TakeBulkCancel(*live, requestId)) {
-            return {TransferStatus::Cancelled, {}, "cancelled while waiting for data"};
-        }
-        auto wakeAt = deadline;
-        if (live->pending) {
-            const PendingData& data = *live->pending;
-            const std::size_t want = std::min<std::size_t>(length, data.bytes.size() - data.delivered);
-            auto readyAt = clock.Now();
-            for (const auto& [end, at] : data.readiness) {
-                if (want == 0 || end >= data.delivered + want) {
-                    readyAt = at;
-                    break;
-                }
-            }
-            if (want == 0 || readyAt <= clock.Now()) {
-                return Deliver(*live, length);
-            }
-            wakeAt = std::min(deadline, readyAt);
-        }
-        if (clock.Now() >= deadline) {
-            return Refuse(TransferStatus::Timeout, "no data within " + std::to_string(timeoutMs) + " ms");
-        }
-        changed.wait_until(lock, wakeAt);
-    }
-}
-
-bool Instrument::TakeBulkCancel(Connection& connection, std::uint32_t requestId)
-{
-    return requestId != 0 && connection.cancelledBulkReads.erase(requestId) != 0;
-}
-
 void Instrument::CancelBulkReads(std::uint32_t connection, const std::vector<std::uint32_t>& requestIds)
 {
     std::lock_guard<std::mutex> lock(mutex);
-    const auto found = connections.find(connection);
-    if (found == connections.end()) {
-        return;
+    if (bulk.Cancel(connection, requestIds)) {
+        changed.notify_all();
     }
-    found->second.cancelledBulkReads.insert(requestIds.begin(), requestIds.end());
-    counters.bulkInCancelled += requestIds.size();
-    changed.notify_all();
-}
-
-TransferResult Instrument::Deliver(Connection& connection, std::uint32_t length)
-{
-    PendingData& data = *connection.pending;
-    std::size_t want = std::min<std::size_t>(length, data.bytes.size() - data.delivered);
-    const bool cut = want > 0 && faults.Take(FaultKind::ShortRead);
-    if (cut) {
-        want /= 2;
-    }
-    TransferResult result;
-    result.data.assign(data.bytes.begin() + static_cast<std::ptrdiff_t>(data.delivered),
-        data.bytes.begin() + static_cast<std::ptrdiff_t>(data.delivered + want));
-    data.delivered += want;
-    result.status = want == length ? TransferStatus::Ok : TransferStatus::Short;
-    if (cut) {
-        result.note = "fault short-read";
-    }
-    const bool exhausted = data.delivered == data.bytes.size();
-    if (cut || (exhausted && (!data.scan || want < length))) {
-        connection.pending.reset();
-    }
-    return result;
 }
 
 TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector<std::uint8_t>& data)
@@ -358,27 +212,9 @@ TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector
         if (auto failed = Prelude(connection, dropped)) {
             result = *failed;
         } else if (faults.Take(FaultKind::BulkTimeout)) {
-            result = Refuse(TransferStatus::Timeout, "fault bulk-timeout");
+            result = counters.Refuse(TransferStatus::Timeout, "fault bulk-timeout");
         } else {
-            Connection& live = *Live(connection);
-            if (live.writeRemaining == 0) {
-                result = data == std::vector<std::uint8_t>{0}
-                    ? TransferResult{}
-                    : Refuse(TransferStatus::Stall, "bulk-out data that no request announced");
-            } else if (data.size() > live.writeRemaining) {
-                live.writeRemaining = 0;
-                result = Refuse(TransferStatus::Stall,
-                    "bulk-out of " + std::to_string(data.size()) + " bytes, more than announced");
-            } else {
-                try {
-                    eeprom.Write(live.writeAddress, data);
-                } catch (const std::exception& error) {
-                    SimLog::Write(error.what());
-                }
-                live.writeAddress += static_cast<std::uint32_t>(data.size());
-                live.writeRemaining -= static_cast<std::uint32_t>(data.size());
-                counters.eepromBytesWritten += data.size();
-            }
+            result = eepromAccess.Write(*cable.Live(connection), data);
         }
     }
     if (dropped) {
@@ -390,41 +226,13 @@ TransferResult Instrument::BulkWrite(std::uint32_t connection, const std::vector
 TransferResult Instrument::InterruptRead(std::uint32_t connection, std::uint32_t requestId)
 {
     Lock lock(mutex);
-    Connection* live = Live(connection);
-    if (!live) {
-        return {TransferStatus::NoDevice, {}, "the instrument is unplugged"};
-    }
-    if (live->interruptWaiting) {
-        return Refuse(TransferStatus::Stall, "an interrupt read is outstanding already");
-    }
-    live->interruptWaiting = true;
-    changed.wait(lock, [&] {
-        live = Live(connection);
-        return !live || !live->interrupts.empty() || live->cancelledInterrupt == requestId;
-    });
-    if (!live) {
-        return {TransferStatus::NoDevice, {}, "the instrument is unplugged"};
-    }
-    live->interruptWaiting = false;
-    if (live->cancelledInterrupt == requestId) {
-        live->cancelledInterrupt.reset();
-        return {TransferStatus::Cancelled, {}, ""};
-    }
-    TransferResult result{TransferStatus::Ok, live->interrupts.front(), ""};
-    live->interrupts.pop_front();
-    eyLatch_ = false;
-    ++counters.interrupts;
-    return result;
+    return interrupts.Read(lock, changed, connection, requestId);
 }
 
-// The read is named, so that a cancel that comes before the read has begun to wait still ends it,
-// while one that comes after the read has ended can't end the next.
 void Instrument::CancelInterrupt(std::uint32_t connection, std::uint32_t requestId)
 {
     std::lock_guard<std::mutex> lock(mutex);
-    const auto found = connections.find(connection);
-    if (found != connections.end()) {
-        found->second.cancelledInterrupt = requestId;
+    if (interrupts.Cancel(connection, requestId)) {
         changed.notify_all();
     }
 }
@@ -432,18 +240,10 @@ void Instrument::CancelInterrupt(std::uint32_t connection, std::uint32_t request
 void Instrument::Press()
 {
     std::lock_guard<std::mutex> lock(mutex);
-    if (!plugged) {
+    if (!cable.Plugged()) {
         throw std::invalid_argument("the instrument is unplugged; plug it first");
     }
-    ++counters.presses;
-    eyLatch_ = true;
-    const std::vector<std::uint8_t> packet = {1, 1, static_cast<std::uint8_t>(counters.presses >> 8),
-        static_cast<std::uint8_t>(counters.presses), 0, 0, 0, 0};
-    for (auto& [id, connection] : connections) {
-        if (!connection.gone && connection.interrupts.size() < maxQueuedPresses) {
-            connection.interrupts.push_back(packet);
-        }
-    }
+    interrupts.Press();
     changed.notify_all();
 }
 
@@ -464,43 +264,17 @@ void Instrument::SetStrip(const std::string& spec, double speedMmPerSecond)
     scheduler.SetStrip(std::move(parsed), speedMmPerSecond);
 }
 
-void Instrument::BreakLogFile(std::uint16_t id)
-{
-    const auto range = eeprom.FileRange(id);
-    if (!range || range->second < 4) {
-        throw std::invalid_argument("the EEPROM holds no log file " + std::to_string(id) + " to break");
-    }
-    std::vector<std::uint8_t> word = eeprom.Read(range->first, 4);
-    word[3] = static_cast<std::uint8_t>(word[3] + 1);
-    eeprom.Write(range->first, word);
-}
-
 void Instrument::Fault(const std::string& kind, unsigned count)
 {
-    if (count == 0) {
-        throw std::invalid_argument("the count of a fault must be at least 1");
-    }
     std::lock_guard<std::mutex> lock(mutex);
-    if (kind == "erase-eeprom") {
-        eeprom.Erase();
-    } else if (kind == "break-log-main") {
-        BreakLogFile(10002);
-    } else if (kind == "break-log-mirror") {
-        BreakLogFile(11002);
-    } else if (const auto transferFault = Faults::Parse(kind)) {
-        faults.Arm(*transferFault, count);
-    } else {
-        throw std::invalid_argument("unknown fault '" + kind +
-            "'; expected control-timeout, bulk-timeout, short-read, low-power, drop, "
-            "erase-eeprom, break-log-main or break-log-mirror");
-    }
+    faultInjector.Inject(kind, count);
 }
 
 void Instrument::Unplug()
 {
     {
         std::lock_guard<std::mutex> lock(mutex);
-        if (!plugged) {
+        if (!cable.Plugged()) {
             throw std::invalid_argument("the instrument is unplugged already");
         }
         DropCableLocked();
@@ -512,13 +286,13 @@ void Instrument::Plug()
 {
     {
         std::lock_guard<std::mutex> lock(mutex);
-        if (plugged) {
+        if (cable.Plugged()) {
             throw std::invalid_argument("the instrument is plugged in already");
         }
-        plugged = true;
+        cable.Plug();
         scheduler.ResetParameters();
         cpld.clear();
-        eyLatch_ = false;
+        interrupts.ReleaseKey();
     }
     NotifyCable();
 }
@@ -526,30 +300,9 @@ void Instrument::Plug()
 std::string Instrument::StatusJson() const
 {
     std::lock_guard<std::mutex> lock(mutex);
-    const MeasureParameters& parameters = scheduler.Parameters();
-    const MeasurementScheduler::Counts& done = scheduler.Done();
-    std::size_t live = 0;
-    for (const auto& [id, connection] : connections) {
-        live += connection.gone ? 0 : 1;
-    }
-    std::ostringstream json;
-    json << "{\"serial\":" << serial << ",\"path\":\"sim:" << serial << "\",\"plugged\":" << Bool(plugged)
-         << ",\"target\":" << Quoted(scheduler.Placed().description)
-         << ",\"strip\":" << (scheduler.Drawn() ? Quoted(scheduler.Drawn()->Description()) : std::string("null"))
-         << ",\"speed\":" << scheduler.Speed() << ",\"key_latch\":" << Bool(eyLatch_) << ",\"filter\":\""
-         << (engine.GetOptics().UvCut() ? "uv-cut" : "none") << "\",\"noise\":" << Bool(noise)
-         << ",\"time_scale\":" << clock.Scale() << ",\"lamp_on\":" << Bool(lampOn) << ",\"connections\":" << live
-         << ",\"last_reset\":" << lastReset << ",\"parameters\":{\"integration_ticks\":" << parameters.integrationTicks
-         << ",\"lamp_ticks\":" << parameters.lampTicks << ",\"count\":" << parameters.count
-         << ",\"flags\":" << static_cast<int>(parameters.flags) << "},\"counters\":{\"control\":" << counters.control
-         << ",\"bulk_in\":" << counters.bulkIn << ",\"bulk_in_cancelled\":" << counters.bulkInCancelled
-         << ",\"bulk_out\":" << counters.bulkOut << ",\"interrupts\":" << counters.interrupts
-         << ",\"stalls\":" << counters.stalls << ",\"timeouts\":" << counters.timeouts
-         << ",\"measurements\":" << done.measurements << ",\"dark_measurements\":" << done.darkMeasurements
-         << ",\"scans\":" << done.scans << ",\"presses\":" << counters.presses
-         << ",\"eeprom_bytes_written\":" << counters.eepromBytesWritten << ",\"resets\":" << counters.resets
-         << "},\"faults\":" << faults.Json() << "}";
-    return json.str();
+    const StatusFacts facts{serial, cable.Plugged(), interrupts.KeyLatched(), engine.GetOptics().UvCut(), noise,
+        clock.Scale(), lampOn, cable.PresentCount(), lastReset};
+    return StatusReport::Json(facts, scheduler, counters, faults);
 }
 
 } // namespace OrbelSim

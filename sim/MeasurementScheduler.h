@@ -1,7 +1,7 @@
 #pragma once
 // The measurement side of the instrument: the parameters the host sets, what lies under the
 // aperture or is drawn past it, and the blocks a measurement request makes ready, each at the
-// time the real instrument would have it (see Instrument.h for the timing of a scan).
+// time the real instrument would have it (see CommandTable.h for the timing of a scan).
 
 #include <cstdint>
 #include <optional>
