@@ -24,7 +24,6 @@ constexpr std::uint8_t kReset = 202;
 
 constexpr float kIntegrationTick = 6.8e-5f;
 constexpr double kLampTickInIntegrationTicks = 130.0;
-constexpr std::size_t kBlockBytes = 256;
 constexpr std::size_t kMaxQueuedPresses = 16;
 // Keeps a wrong count from asking for more memory than a scan of minutes would.
 constexpr std::size_t kMaxMeasurements = 65536;
