@@ -49,7 +49,11 @@ std::string SpectrumFile::Text(const Spectrum& spectrum)
 {
     std::string text;
     for (std::size_t i = 0; i < spectrum.size(); ++i) {
-        text += (i ? " " : "") + DecimalText::Shortest(spectrum[i]);
+        // Appended piece by piece: GCC 12 at -O3 sees a false overlap (-Wrestrict) in " " + value.
+        if (i) {
+            text += ' ';
+        }
+        text += DecimalText::Shortest(spectrum[i]);
     }
     return text + "\n";
 }

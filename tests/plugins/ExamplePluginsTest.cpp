@@ -29,7 +29,13 @@ std::vector<std::string> received;
 
 void Remember(const Utilities::String& name, const Utilities::Anything& value)
 {
-    received.push_back(name.ToStdString() + (value.IsValid() ? " " + std::to_string(value.AsLong()) : ""));
+    // Appended piece by piece: GCC 12 at -O3 sees a false overlap (-Wrestrict) in " " + number.
+    std::string entry = name.ToStdString();
+    if (value.IsValid()) {
+        entry += ' ';
+        entry += std::to_string(value.AsLong());
+    }
+    received.push_back(entry);
 }
 
 HvColorVector Lab(float lightness, float a, float b)

@@ -117,6 +117,12 @@ TEST_F(ListTest, RemovingUnderASecondIteratorInvalidatesItAndFreesTheNodeLater)
     EXPECT_EQ(IdsOf(list), (std::vector<int>{3}));
 }
 
+// The bystander keeps the removed node alive; GCC 12 at -O3 follows the path that deletes a node no
+// iterator holds and warns of a use after free (-Wuse-after-free) that cannot happen here.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wuse-after-free"
+#endif
 TEST_F(ListTest, RemovedNodeWithIteratorsGoesWithTheList)
 {
     ListIterator<Tracked> bystander;
@@ -132,6 +138,9 @@ TEST_F(ListTest, RemovedNodeWithIteratorsGoesWithTheList)
     EXPECT_EQ(Tracked::alive, 1);
     EXPECT_FALSE(bystander.IsValid());
 }
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
 
 TEST_F(ListTest, IteratorOutlivingItsListIsInvalidAndFreesItsNode)
 {
