@@ -18,9 +18,9 @@ TEST(UsbInstrumentIds, TakeFourHexadecimalDigitsForEachIdAndNothingElse)
         std::uint16_t vendorId;
         std::uint16_t productId;
     };
-    for (const Case& c : {Case{"1d6b:0104", true, 0x1d6b, 0x0104}, Case{"ABCD:ef01", true, 0xabcd, 0xef01},
-             Case{"1d6b0104", false, 0, 0}, Case{"1d6b:104", false, 0, 0}, Case{"0x1d:0104", false, 0, 0},
-             Case{"1d6g:0104", false, 0, 0}, Case{"", false, 0, 0}}) {
+    for (const Case& c : {Case{"abcd:1234", true, 0xabcd, 0x1234}, Case{"ABCD:ef01", true, 0xabcd, 0xef01},
+             Case{"abcd1234", false, 0, 0}, Case{"abcd:123", false, 0, 0}, Case{"0xab:1234", false, 0, 0},
+             Case{"abcg:1234", false, 0, 0}, Case{"", false, 0, 0}}) {
         const auto ids = UsbInstrumentIds::FromPair(c.text);
         ASSERT_EQ(ids.has_value(), c.valid) << c.text;
         if (ids) {
