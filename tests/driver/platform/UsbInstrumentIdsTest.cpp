@@ -41,13 +41,13 @@ void WriteSettings(const SettingsHome& home, const std::string& content)
 TEST(UsbInstrumentIds, ComeFromTheSettingsFileUnlessTheEnvironmentOverridesThem)
 {
     const SettingsHome home;
-    WriteSettings(home, "[Pavilo]\nUsbVendorId=1d6b\nUsbProductId=0104\n");
-    EXPECT_EQ(UsbInstrumentIds::Configured().productId, 0x0104);
+    WriteSettings(home, "[Pavilo]\nUsbVendorId=abcd\nUsbProductId=1234\n");
+    EXPECT_EQ(UsbInstrumentIds::Configured().productId, 0x1234);
     {
         const EnvironmentSetting overridden("ORBEL_USB_ID", "abcd:0002");
         EXPECT_EQ(UsbInstrumentIds::Configured().vendorId, 0xabcd);
     }
-    WriteSettings(home, "[Pavilo]\nUsbVendorId=1d6b\n");
+    WriteSettings(home, "[Pavilo]\nUsbVendorId=abcd\n");
     EXPECT_FALSE(UsbInstrumentIds::Configured().IsSet());
 }
 
