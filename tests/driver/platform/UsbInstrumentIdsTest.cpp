@@ -45,7 +45,7 @@ TEST(UsbInstrumentIds, ComeFromTheSettingsFileUnlessTheEnvironmentOverridesThem)
     EXPECT_EQ(UsbInstrumentIds::Configured().productId, 0x1234);
     {
         const EnvironmentSetting overridden("ORBEL_USB_ID", "abcd:0002");
-        EXPECT_EQ(UsbInstrumentIds::Configured().vendorId, 0xabcd);
+        EXPECT_EQ(UsbInstrumentIds::Configured().productId, 0x0002);
     }
     WriteSettings(home, "[Pavilo]\nUsbVendorId=abcd\n");
     EXPECT_FALSE(UsbInstrumentIds::Configured().IsSet());
