@@ -3,7 +3,6 @@
 #include <fstream>
 #include <iostream>
 #include <optional>
-#include <sstream>
 
 #include "cmetry/ConditionKey.h"
 #include "cmetry/PaperWhite.h"
@@ -79,10 +78,7 @@ public:
         }
     }
 
-    void End()
-    {
-        out << (format == "cgats" ? "END_DATA\n" : format == "json" ? (written ? "\n]\n" : "]\n") : "");
-    }
+    void End() { out << (format == "cgats" ? "END_DATA\n" : format == "json" ? (written ? "\n]\n" : "]\n") : ""); }
 
 private:
     std::vector<std::string> Fields() const
@@ -142,7 +138,8 @@ CMetry::HvMeasureConditions ConditionsFrom(const Arguments& arguments)
     return conditions;
 }
 
-// The first spectrum of a file: 36 plain values as orbel substrate writes them, or what convert reads.
+// The first spectrum of a file: what convert reads, or 36 plain values as orbel substrate writes
+// them. Read as a stream, since a reference may be the large file itself.
 std::optional<Spectrum> FirstSpectrumOf(const std::optional<std::string>& path)
 {
     if (!path) {
@@ -152,15 +149,17 @@ std::optional<Spectrum> FirstSpectrumOf(const std::optional<std::string>& path)
     if (!file) {
         throw CliError(OB_InvalidArgument, "can't read the spectrum file " + *path);
     }
-    std::stringstream text;
-    text << file.rdbuf();
+    SpectrumReader reader(file, *path);
+    SpectrumReader::Record record;
     try {
-        return SpectrumFile::Parse(text.str(), *path);
-    } catch (const CliError&) {
-        SpectrumReader reader(text, *path);
-        SpectrumReader::Record record;
         reader.Next(record);
         return record.spectrum;
+    } catch (const CliError&) {
+        try {
+            return SpectrumFile::Read(*path);
+        } catch (const CliError&) {
+        }
+        throw;
     }
 }
 
@@ -180,8 +179,8 @@ bool ReadBlock(SpectrumReader& reader, Block& block)
     return true;
 }
 
-void Convert(const CMetry::SpectrumBatch& batch, bool withDensity, const std::optional<Spectrum>& reference,
-    Block& block)
+void Convert(
+    const CMetry::SpectrumBatch& batch, bool withDensity, const std::optional<Spectrum>& reference, Block& block)
 try {
     const std::size_t count = block.names.size();
     block.xyz.resize(3 * count);

@@ -57,27 +57,31 @@ std::string GridText(const std::vector<int>& wavelengths)
         return "no spectral columns (SPEC_380 … SPEC_730 or nm380 … nm730)";
     }
     const int step = wavelengths.size() > 1 ? wavelengths[1] - wavelengths[0] : 0;
-    return "spectra on " + std::to_string(wavelengths.front()) + "–" + std::to_string(wavelengths.back()) +
-        " nm in " + std::to_string(step) + " nm steps (" + std::to_string(wavelengths.size()) +
+    return "spectra on " + std::to_string(wavelengths.front()) + "–" + std::to_string(wavelengths.back()) + " nm in " +
+        std::to_string(step) + " nm steps (" + std::to_string(wavelengths.size()) +
         " values); only 380–730 nm in 10 nm steps is converted";
 }
 
-// Words of a line split at the separator (blanks when it is ' '), quoted words kept whole.
-std::vector<std::string> Split(const std::string& line, char separator)
+// Words of a line split at the separator (blanks when it is ' '), quoted words kept whole. The
+// words' storage is reused from line to line: a file of a million spectra is mostly this.
+void Split(const std::string& line, char separator, std::vector<std::string>& words)
 {
-    std::vector<std::string> words;
+    std::size_t count = 0;
     std::size_t i = 0;
-    const auto isSeparator = [separator](char c) { return separator == ' ' ? c == ' ' || c == '\t' : c == separator; };
+    const bool blanks = separator == ' ';
+    const auto isSeparator = [&](char c) { return blanks ? c == ' ' || c == '\t' : c == separator; };
     while (i <= line.size()) {
-        if (separator == ' ') {
-            while (i < line.size() && isSeparator(line[i])) {
-                ++i;
-            }
-            if (i == line.size()) {
-                break;
-            }
+        while (blanks && i < line.size() && isSeparator(line[i])) {
+            ++i;
         }
-        std::string word;
+        if (blanks && i == line.size()) {
+            break;
+        }
+        if (count == words.size()) {
+            words.emplace_back();
+        }
+        std::string& word = words[count++];
+        word.clear();
         if (i < line.size() && line[i] == '"') {
             for (++i; i < line.size() && !(line[i] == '"' && (i + 1 == line.size() || line[i + 1] != '"')); ++i) {
                 i += line[i] == '"';
@@ -85,18 +89,26 @@ std::vector<std::string> Split(const std::string& line, char separator)
             }
             ++i;
         }
-        for (; i < line.size() && !isSeparator(line[i]); ++i) {
-            word += line[i];
+        const std::size_t start = i;
+        while (i < line.size() && !isSeparator(line[i])) {
+            ++i;
         }
-        words.push_back(word);
+        word.append(line, start, i - start);
         ++i;
     }
+    words.resize(count);
+}
+
+std::vector<std::string> Split(const std::string& line, char separator)
+{
+    std::vector<std::string> words;
+    Split(line, separator, words);
     return words;
 }
 
 }
 
-SpectrumReader::SpectrumReader(std::istream& in, std::string origin) : in(in), origin(std::move(origin)) {}
+SpectrumReader::SpectrumReader(std::istream& in, std::string origin) : in(in), origin(std::move(origin)) { }
 
 bool SpectrumReader::Next(Record& record)
 {
@@ -143,7 +155,7 @@ bool SpectrumReader::ReadLine()
 bool SpectrumReader::NextCgats(Record& record)
 {
     while (ReadLine()) {
-        const auto words = Split(line, ' ');
+        Split(line, ' ', words);
         if (words.empty() || line.front() == '#') {
             continue;
         }
@@ -175,7 +187,8 @@ bool SpectrumReader::NextCsv(Record& record)
 {
     while (ReadLine()) {
         if (line.find_first_not_of(" \t") != std::string::npos) {
-            Fill(Split(line, ','), record);
+            Split(line, ',', words);
+            Fill(words, record);
             return true;
         }
     }
@@ -251,7 +264,7 @@ bool SpectrumReader::NextJson(Record& record)
         } else if (c == '{') {
             levels.emplace_back();
             expectKey = true;
-        } else if (c == ',' ) {
+        } else if (c == ',') {
             expectKey = !levels.empty();
         } else if (c == ':') {
             expectKey = false;

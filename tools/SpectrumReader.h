@@ -40,6 +40,7 @@ private:
     bool pending = false;
     bool inFormat = false;
     bool inData = false;
+    std::vector<std::string> words;
     std::vector<std::string> formatNames;
     std::size_t nameColumn = 0;
     bool hasName = false;

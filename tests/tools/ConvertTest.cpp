@@ -58,14 +58,16 @@ const ReadCase readCases[] = {
         "BEGIN_DATA_FORMAT\n" + Names("nm_", 380, 730, " ") + "\nEND_DATA_FORMAT\nBEGIN_DATA\n" +
             Values("+0.125", 36, " ") + "\nEND_DATA\n",
         {"1"}, {0.125f}},
-    {"CSV with a header row", "SAMPLE_ID,name," + Names("nm", 380, 730, ",") + "\nA1,\"cyan, 40 %\"," +
-            Values("0.3", 36, ",") + "\n\nA2,white," + Values("1", 36, ",") + "\n",
+    {"CSV with a header row",
+        "SAMPLE_ID,name," + Names("nm", 380, 730, ",") + "\nA1,\"cyan, 40 %\"," + Values("0.3", 36, ",") +
+            "\n\nA2,white," + Values("1", 36, ",") + "\n",
         {"cyan, 40 %", "white"}, {0.3f, 1.0f}},
     {"JSON as orbel measure writes it",
         "{\"mode\": \"Reflectance\", \"wavelengths\": {\"first\": 380, \"step\": 10, \"count\": 36},\n"
         " \"samples\": [\n  {\"id\": \"a\\\"b\", \"spectrum\": [" +
-            Values("0.75", 36, ", ") + "],\n   \"densities\": {\"cyan\": 0.1, \"auto\": \"cyan\"}},\n  {\"spectrum\": [" +
-            Values("0.5", 36, ",") + "]}\n ]\n}\n",
+            Values("0.75", 36, ", ") +
+            "],\n   \"densities\": {\"cyan\": 0.1, \"auto\": \"cyan\"}},\n  {\"spectrum\": [" + Values("0.5", 36, ",") +
+            "]}\n ]\n}\n",
         {"a\"b", "2"}, {0.75f, 0.5f}},
 };
 
@@ -120,9 +122,9 @@ TEST(SpectrumReaderTest, RefusesWhatItCannotTakeAndSaysWhy)
 
 TEST(ConvertCommandTest, WritesColourValuesAndDeltaEOrRefusesTheFile)
 {
-    const std::string path = (std::filesystem::temp_directory_path() /
-        ("orbel-convert-test-" + std::to_string(::getpid()) + ".cgats"))
-                                 .string();
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("orbel-convert-test-" + std::to_string(::getpid()) + ".cgats"))
+            .string();
     std::ofstream(path) << twoTables;
     const auto run = [](const std::vector<std::string>& words) {
         std::ostringstream out;
@@ -135,7 +137,8 @@ TEST(ConvertCommandTest, WritesColourValuesAndDeltaEOrRefusesTheFile)
     EXPECT_EQ(status, 0) << messages;
     EXPECT_EQ(out.substr(0, out.find('\n')), "SAMPLE_NAME,XYZ_X,XYZ_Y,XYZ_Z,LAB_L,LAB_A,LAB_B,LAB_DE");
     EXPECT_NE(out.find("\npaper white,85.5422,90.0000,97.9946,95.9968,"), std::string::npos) << out;
-    EXPECT_NE(out.find(",0.0000\nC 100 %,23.7617,25.0000,27.2207,57.0754,0.0000,0.0000,38.9213\n"), std::string::npos) << out;
+    EXPECT_NE(out.find(",0.0000\nC 100 %,23.7617,25.0000,27.2207,57.0754,0.0000,0.0000,38.9213\n"), std::string::npos)
+        << out;
 
     std::ofstream(path) << "BEGIN_DATA_FORMAT\n" << Names("SPEC_", 400, 700, " ") << "\nEND_DATA_FORMAT\n";
     const auto [badStatus, badOut, badMessages] = run({"convert", "--input", path, "--format", "cgats"});
