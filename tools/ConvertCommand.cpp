@@ -9,9 +9,7 @@
 #include "cmetry/SpectrumBatch.h"
 #include "orbel.h"
 #include "tools/CliError.h"
-#include "tools/CsvFormatter.h"
-#include "tools/DecimalText.h"
-#include "tools/JsonFormatter.h"
+#include "tools/ConvertedWriter.h"
 #include "tools/SpectrumFile.h"
 #include "tools/SpectrumReader.h"
 #include "utilities/Exception.h"
@@ -22,100 +20,6 @@ namespace {
 
 // Large enough for the batch path to run at full speed, small enough to stay in the cache.
 constexpr std::size_t blockSpectra = 4096;
-constexpr int decimals = 4;
-
-struct Block {
-    std::vector<std::string> names;
-    std::vector<float> spectra;
-    std::vector<float> xyz;
-    std::vector<float> lab;
-    std::vector<float> density;
-    std::vector<float> deltaE;
-};
-
-class Writer {
-public:
-    Writer(std::ostream& out, std::string format, bool withDensity, bool withDeltaE)
-        : out(out), format(std::move(format)), withDensity(withDensity), withDeltaE(withDeltaE)
-    {
-    }
-
-    void Begin(const CMetry::HvMeasureConditions& conditions)
-    {
-        const std::vector<std::string> fields = Fields();
-        if (format == "cgats") {
-            out << "CGATS.17\nORIGINATOR \"orbel convert\"\nILLUMINATION_NAME \""
-                << conditions.GetCondition(CMetry::ConditionKey::illumination).ToStdString() << "\"\nOBSERVER \""
-                << conditions.GetCondition(CMetry::ConditionKey::observer).ToStdString() << "\"\n";
-            out << "NUMBER_OF_FIELDS " << fields.size() << "\nBEGIN_DATA_FORMAT\n";
-            Line(fields, ' ');
-            out << "END_DATA_FORMAT\nBEGIN_DATA\n";
-        } else if (format == "csv") {
-            Line(fields, ',');
-        } else {
-            out << "[";
-        }
-    }
-
-    void Write(const Block& block)
-    {
-        for (std::size_t i = 0; i < block.names.size(); ++i) {
-            if (format == "json") {
-                out << (written ? ",\n" : "\n") << " {\"id\": " << JsonFormatter::Quoted(block.names[i])
-                    << ", \"xyz\": [" << Numbers(&block.xyz[3 * i], 3, ", ") << "], \"lab\": ["
-                    << Numbers(&block.lab[3 * i], 3, ", ") << "]";
-                out << (withDensity ? ", \"density\": " + Numbers(&block.density[i], 1, "") : "");
-                out << (withDeltaE ? ", \"deltaE\": " + Numbers(&block.deltaE[i], 1, "") : "") << "}";
-            } else {
-                const std::string separator = format == "csv" ? "," : " ";
-                out << (format == "csv" ? CsvFormatter::Quoted(block.names[i]) : "\"" + block.names[i] + "\"")
-                    << separator << Numbers(&block.xyz[3 * i], 3, separator) << separator
-                    << Numbers(&block.lab[3 * i], 3, separator)
-                    << (withDensity ? separator + Numbers(&block.density[i], 1, "") : "")
-                    << (withDeltaE ? separator + Numbers(&block.deltaE[i], 1, "") : "") << '\n';
-            }
-            ++written;
-        }
-    }
-
-    void End() { out << (format == "cgats" ? "END_DATA\n" : format == "json" ? (written ? "\n]\n" : "]\n") : ""); }
-
-private:
-    std::vector<std::string> Fields() const
-    {
-        std::vector<std::string> fields{"SAMPLE_NAME", "XYZ_X", "XYZ_Y", "XYZ_Z", "LAB_L", "LAB_A", "LAB_B"};
-        if (withDensity) {
-            fields.emplace_back("DENSITY");
-        }
-        if (withDeltaE) {
-            fields.emplace_back("LAB_DE");
-        }
-        return fields;
-    }
-
-    void Line(const std::vector<std::string>& cells, char separator)
-    {
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            out << (i ? std::string(1, separator) : "") << cells[i];
-        }
-        out << '\n';
-    }
-
-    static std::string Numbers(const float* values, std::size_t count, const std::string& separator)
-    {
-        std::string text;
-        for (std::size_t i = 0; i < count; ++i) {
-            text += (i ? separator : "") + DecimalText::Format(values[i], decimals);
-        }
-        return text;
-    }
-
-    std::ostream& out;
-    std::string format;
-    bool withDensity;
-    bool withDeltaE;
-    std::size_t written = 0;
-};
 
 CMetry::HvMeasureConditions ConditionsFrom(const Arguments& arguments)
 {
@@ -255,7 +159,7 @@ int ConvertCommand::Run(const Arguments& arguments, std::ostream& out, std::ostr
     }
     SpectrumReader reader(*input == "-" ? std::cin : file, *input);
     const CMetry::SpectrumBatch batch(conditions);
-    Writer writer(out, format, substrate.has_value(), reference.has_value());
+    ConvertedWriter writer(out, format, substrate.has_value(), reference.has_value());
     Block block;
     // The first block is read before anything is written, so that a file refused at once leaves no output.
     bool more = ReadBlock(reader, block);
