@@ -5,6 +5,7 @@
 #include "orbel.h"
 #include "tools/CalibrateCommand.h"
 #include "tools/CliError.h"
+#include "tools/ConvertCommand.h"
 #include "tools/DemoCommand.h"
 #include "tools/InfoCommand.h"
 #include "tools/MeasureCommand.h"
@@ -20,6 +21,7 @@ Application::Application()
     commands.push_back(std::make_unique<MeasureCommand>());
     commands.push_back(std::make_unique<ScanCommand>());
     commands.push_back(std::make_unique<SubstrateCommand>());
+    commands.push_back(std::make_unique<ConvertCommand>());
     commands.push_back(std::make_unique<DemoCommand>());
 }
 

@@ -8,8 +8,6 @@ namespace OrbelCli {
 class CsvFormatter : public ReportFormatter {
 public:
     void Write(std::ostream& out, const MeasurementReport& report) const override;
-
-private:
     static std::string Quoted(const std::string& cell);
 };
 
