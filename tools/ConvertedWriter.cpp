@@ -49,16 +49,14 @@ void ConvertedWriter::Write(const Block& block)
 {
     for (std::size_t i = 0; i < block.names.size(); ++i) {
         if (format == "json") {
-            out << (written ? ",\n" : "\n") << " {\"id\": " << JsonFormatter::Quoted(block.names[i])
-                << ", \"xyz\": [" << Numbers(&block.xyz[3 * i], 3, ", ") << "], \"lab\": ["
-                << Numbers(&block.lab[3 * i], 3, ", ") << "]";
+            out << (written ? ",\n" : "\n") << " {\"id\": " << JsonFormatter::Quoted(block.names[i]) << ", \"xyz\": ["
+                << Numbers(&block.xyz[3 * i], 3, ", ") << "], \"lab\": [" << Numbers(&block.lab[3 * i], 3, ", ") << "]";
             out << (withDensity ? ", \"density\": " + Numbers(&block.density[i], 1, "") : "");
             out << (withDeltaE ? ", \"deltaE\": " + Numbers(&block.deltaE[i], 1, "") : "") << "}";
         } else {
             const std::string separator = format == "csv" ? "," : " ";
-            out << (format == "csv" ? CsvFormatter::Quoted(block.names[i]) : CgatsQuoted(block.names[i]))
-                << separator << Numbers(&block.xyz[3 * i], 3, separator) << separator
-                << Numbers(&block.lab[3 * i], 3, separator)
+            out << (format == "csv" ? CsvFormatter::Quoted(block.names[i]) : CgatsQuoted(block.names[i])) << separator
+                << Numbers(&block.xyz[3 * i], 3, separator) << separator << Numbers(&block.lab[3 * i], 3, separator)
                 << (withDensity ? separator + Numbers(&block.density[i], 1, "") : "")
                 << (withDeltaE ? separator + Numbers(&block.deltaE[i], 1, "") : "") << '\n';
         }
@@ -66,7 +64,10 @@ void ConvertedWriter::Write(const Block& block)
     }
 }
 
-void ConvertedWriter::End() { out << (format == "cgats" ? "END_DATA\n" : format == "json" ? (written ? "\n]\n" : "]\n") : ""); }
+void ConvertedWriter::End()
+{
+    out << (format == "cgats" ? "END_DATA\n" : format == "json" ? (written ? "\n]\n" : "]\n") : "");
+}
 
 std::vector<std::string> ConvertedWriter::Fields() const
 {
