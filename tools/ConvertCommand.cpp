@@ -21,6 +21,15 @@ namespace {
 // Large enough for the batch path to run at full speed, small enough to stay in the cache.
 constexpr std::size_t blockSpectra = 4096;
 
+// orbel measure names the formulas as the standards do; convert takes those names too.
+std::string ModuleName(const std::string& value)
+{
+    if (value == "CIE76") {
+        return "CIELab";
+    }
+    return value == "CIE94" ? "94" : value;
+}
+
 CMetry::HvMeasureConditions ConditionsFrom(const Arguments& arguments)
 {
     const std::pair<const char*, const char*> settings[] = {
@@ -33,7 +42,7 @@ CMetry::HvMeasureConditions ConditionsFrom(const Arguments& arguments)
     for (const auto& [option, key] : settings) {
         if (const auto value = arguments.Get(option)) {
             try {
-                conditions.SetCondition(key, value->c_str());
+                conditions.SetCondition(key, ModuleName(*value).c_str());
             } catch (const Utilities::Exception&) {
                 throw CliError::Usage(std::string(option) + " doesn't know '" + *value + "'");
             }
@@ -125,7 +134,7 @@ std::vector<OptionSpec> ConvertCommand::Options() const
     return {
         {"--input", true, "FILE", "the spectra (CGATS, CSV or JSON; - for standard input)"},
         {"--reference", true, "FILE", "ΔE against the first spectrum of this file"},
-        {"--delta-e", true, "FORMULA", "CIELab (default), CIELuv, LABmg, FMCII, CMC or 94"},
+        {"--delta-e", true, "FORMULA", "CIELab or CIE76 (default), CIEDE2000, CIE94 or 94, CMC, CIELuv, LABmg, FMCII"},
         {"--illuminant", true, "NAME", "A, C, D50, D55, D65, D75, F2, F7, F11 ..."},
         {"--observer", true, "NAME", "TwoDegree or TenDegree"},
         {"--substrate", true, "FILE", "the paper white, for densities (see orbel substrate)"},

@@ -132,8 +132,8 @@ TEST(ConvertCommandTest, WritesColourValuesAndDeltaEOrRefusesTheFile)
         const int status = OrbelCli::Application().Run(words, out, messages);
         return std::tuple(status, out.str(), messages.str());
     };
-    // A flat spectrum of reflectance r has Y = 100 r under every illuminant.
-    const auto [status, out, messages] = run({"convert", "--input", path, "--reference", path, "--delta-e", "94"});
+    // A flat spectrum of reflectance r has Y = 100 r under every illuminant. CIE94 is the module's "94".
+    const auto [status, out, messages] = run({"convert", "--input", path, "--reference", path, "--delta-e", "CIE94"});
     EXPECT_EQ(status, 0) << messages;
     EXPECT_EQ(out.substr(0, out.find('\n')), "SAMPLE_NAME,XYZ_X,XYZ_Y,XYZ_Z,LAB_L,LAB_A,LAB_B,LAB_DE");
     EXPECT_NE(out.find("\npaper white,85.5422,90.0000,97.9946,95.9968,"), std::string::npos) << out;
