@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <mutex>
 
+#include "api/CallGate.h"
 #include "api/EmissionMeasurementDevice.h"
 #include "api/OrbelApiError.h"
 #include "api/ReflectanceMeasurementDevice.h"
@@ -97,6 +98,7 @@ constexpr const char* moduleVersion = "1.0.5";
 constexpr const char* noDensityFilter = "not set";
 constexpr const char* processLockName = "Orbel C-SDK lock";
 constexpr const char* connected = "Connected";
+constexpr const char* lockNotHad = "Failed";
 constexpr const char* notConnected = "device not connected!";
 constexpr const char* densityFilterModeKey = "Colorimetric.DensityFilterMode";
 constexpr int spectrumValues = HvSpectrum::numberOfValues;
@@ -109,6 +111,13 @@ using ScanningDevice = Scanner<SpecPhotoMeterScanning_V1>;
 const char* YesOrNo(bool answer)
 {
     return answer ? "yes" : "no";
+}
+
+// Each host thread reads its own answers, which another thread's call can't overwrite.
+String& ResultOfThisThread()
+{
+    thread_local String result;
+    return result;
 }
 
 SmartPointer<Orbel>& TheInstance()
@@ -151,9 +160,9 @@ Orbel& Orbel::Instance()
 }
 
 Orbel::Orbel(const Utilities::Mutex& heldProcessLock)
-    : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorCode(OB_NoError), lastErrorText(),
-      substrateSet(false), instrument(new HviManager::PaviloDriver::Pavilo()), info(), buttons(), devices(), result(),
-      processLock(heldProcessLock)
+    : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorLock(), lastErrorCode(OB_NoError),
+      lastErrorText(), substrateSet(false), instrument(new HviManager::PaviloDriver::Pavilo()), info(), buttons(),
+      devices(), processLock(heldProcessLock)
 {
     info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
     Open();
@@ -175,6 +184,7 @@ bool Orbel::IsSameKey(const String& key, const char* name)
 
 void Orbel::SetLastError(int32_t code, const String& message)
 {
+    const std::lock_guard<std::mutex> lock(lastErrorLock);
     lastErrorCode = code;
     lastErrorText = message;
 }
@@ -186,11 +196,13 @@ void Orbel::SetLastError(const OrbelApiError& error)
 
 int32_t Orbel::GetLastErrorCode() const
 {
+    const std::lock_guard<std::mutex> lock(lastErrorLock);
     return lastErrorCode;
 }
 
 String Orbel::GetFullErrorText() const
 {
+    const std::lock_guard<std::mutex> lock(lastErrorLock);
     const String codeText = OrbelApiError::TextOf(lastErrorCode);
     if (lastErrorText == codeText) {
         return codeText;
@@ -200,13 +212,14 @@ String Orbel::GetFullErrorText() const
 
 const char* Orbel::SetResult(const String& answer)
 {
+    String& result = ResultOfThisThread();
     result = answer;
     return result.CString();
 }
 
 const char* Orbel::GetResult() const
 {
-    return result.CString();
+    return ResultOfThisThread().CString();
 }
 
 MeasurementDeviceInterface& Orbel::GetDevice()
@@ -291,9 +304,16 @@ bool Orbel::IsKeyPressed()
     return states.Find(String("MeasurementKey")).IsValid();
 }
 
+// A lock that wasn't had is another user of the instrument, which is there: only an instrument
+// that the driver doesn't find is lost.
 String Orbel::GetInformation(const String& key)
 {
-    if (info->GetInformation(String("Connection")) != String(connected)) {
+    const String connection = info->GetInformation(String("Connection"));
+    if (connection == String(lockNotHad)) {
+        return key == String("Connection") ? String(connected) : String(lockNotHad);
+    }
+    CallGate::NoteConnection(connection == String(connected));
+    if (connection != String(connected)) {
         Close();
         return String(notConnected);
     }
