@@ -11,6 +11,7 @@
 #include "cmetry/Density.h"
 #include "cmetry/HvColorVector.h"
 #include "cmetry/PaperWhite.h"
+#include "driver/PaviloLowLevelDriver.h"
 #include "include/orbel.h"
 #include "manager/SpecPhotoMeterEmission_V1.h"
 #include "manager/SpecPhotoMeterReflectance_V1.h"
@@ -399,7 +400,14 @@ void Orbel::TriggerCountedScan(int32_t count)
     if (mode != scanningReflectance) {
         throw OrbelApiError(OB_InvalidMeasurementMode);
     }
-    GetScanner().TriggerCountedScan(count);
+    if (count > static_cast<int32_t>(DeviceDriver::PaviloLowLevelDriver::LargestScanCount)) {
+        throw OrbelApiError(OB_InvalidArgument,
+            String("count ") + String(static_cast<long>(count)) + String(" is above the ") +
+                String(static_cast<unsigned long>(DeviceDriver::PaviloLowLevelDriver::LargestScanCount)) +
+                String(" readings a position of a scan can hold"));
+    }
+    // A count below 1 leaves the instrument's own, as the count of a plain trigger does.
+    GetScanner().TriggerCountedScan(count < 1 ? ScanningDevice::defaultCount : count);
 }
 
 const HvSpectrum& Orbel::GetSample(int32_t index)

@@ -297,19 +297,11 @@ void PaviloLowLevelDriver::WriteMeasureParameters(ConfigurationData& conditions)
 {
     const std::uint16_t integration = TicksOf(FloatOf(conditions, IntegrationTime) / SecondsPerTick);
     const std::uint16_t lamp = TicksOf(FloatOf(conditions, LampTime) / SecondsPerTick / TicksPerLampTick);
-    std::uint32_t count = U32Of(conditions, Count);
-    if (count > MaximumCount) {
-        count = MaximumCount;
-        conditions.SetU32(Count, count);
+    if (U32Of(conditions, Count) > MaximumCount) {
+        conditions.SetU32(Count, MaximumCount);
     }
-    std::uint8_t flags = 0;
-    if (U32Of(conditions, ReplacementCountFlag) != 0) {
-        flags |= 1;
-        const long replacement = Signed(U32Of(conditions, ReplacementCount));
-        if (replacement > 0) {
-            count = static_cast<std::uint32_t>(std::min<long>(replacement, WireCountLimit));
-        }
-    }
+    const std::uint32_t count = WireCount(conditions);
+    std::uint8_t flags = U32Of(conditions, ReplacementCountFlag) != 0 ? 1 : 0;
     flags |= U32Of(conditions, LampOff) != 0 ? 2 : 0;
     flags |= U32Of(conditions, Gain) != 0 ? 4 : 0;
     flags |= U32Of(conditions, LampStaysOn) != 0 ? 8 : 0;
@@ -320,6 +312,16 @@ void PaviloLowLevelDriver::WriteMeasureParameters(ConfigurationData& conditions)
         }
     }
     functionality.SetMeasureParameters(integration, lamp, static_cast<std::uint16_t>(count), flags);
+}
+
+std::uint32_t PaviloLowLevelDriver::WireCount(const ConfigurationData& conditions)
+{
+    const std::uint32_t count = std::min(U32Of(conditions, Count), WireCountLimit);
+    if (U32Of(conditions, ReplacementCountFlag) == 0) {
+        return count;
+    }
+    const long replacement = Signed(U32Of(conditions, ReplacementCount));
+    return replacement > 0 ? static_cast<std::uint32_t>(std::min<long>(replacement, WireCountLimit)) : count;
 }
 
 void PaviloLowLevelDriver::WriteStoredItem(const ConfigurationData& conditions, std::uint16_t id)
@@ -394,7 +396,8 @@ void PaviloLowLevelDriver::Measure(SensorData& sensor, ConfigurationData& condit
 void PaviloLowLevelDriver::MeasureScan(SensorDataFifo& fifo, ConfigurationData& conditions)
 {
     fifo.SetFinished(false);
-    const std::uint32_t count = std::min(U32Of(conditions, Count), WireCountLimit);
+    // The packets are as long as the count the instrument was given.
+    const std::uint32_t count = WireCount(conditions);
     const std::uint32_t gain = U32Of(conditions, Gain);
     const float integrationTime = FloatOf(conditions, IntegrationTime);
     const float lampTime = FloatOf(conditions, LampTime);

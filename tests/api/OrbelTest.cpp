@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <string>
@@ -224,6 +225,31 @@ TEST_F(OrbelTest, ScanningGivesRawPositionsOrRecognisedPatches)
     ASSERT_EQ(OB_TriggerCountedScan(-1), OB_NoError) << LastError();
     EXPECT_GT(OB_GetNumberOfAvailableSamples(), patches);
     ExpectSignal(Spectrum(OB_GetNumberOfAvailableSamples() - 1));
+}
+
+// The count takes the readings of a position that many at a time; a count below 1 leaves the
+// instrument's own, and one above what a position holds is refused and loses nothing.
+TEST_F(OrbelTest, CountedScansTakeTheCallersCountOrRefuseIt)
+{
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    Sim({"strip", "builtin:grey8"});
+    ASSERT_EQ(OB_TriggerCountedScan(-1), OB_NoError) << LastError();
+    const int32_t byDefault = OB_GetNumberOfAvailableSamples();
+    for (const int32_t count : {INT32_MIN, 0}) {
+        ASSERT_EQ(OB_TriggerCountedScan(count), OB_NoError) << count << ": " << LastError();
+        EXPECT_EQ(OB_GetNumberOfAvailableSamples(), byDefault) << count;
+    }
+    for (const int32_t count : {1, 3, 25}) {
+        ASSERT_EQ(OB_TriggerCountedScan(count), OB_NoError) << count << ": " << LastError();
+        EXPECT_EQ(OB_GetNumberOfAvailableSamples() % count, 0) << count;
+    }
+    const int32_t kept = OB_GetNumberOfAvailableSamples();
+    for (const int32_t count : {26, 257, 100000}) {
+        EXPECT_EQ(OB_TriggerCountedScan(count), OB_InvalidArgument) << count;
+        EXPECT_NE(LastError().find(std::to_string(count)), std::string::npos) << LastError();
+        EXPECT_EQ(OB_GetNumberOfAvailableSamples(), kept);
+    }
 }
 
 TEST_F(OrbelTest, APulledCableGivesTwoAndThePluggedInstrumentComesBackWithItsWhite)
