@@ -1,7 +1,10 @@
 #include "api/Orbel.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <mutex>
+#include <sstream>
+#include <string>
 
 #include "api/CallGate.h"
 #include "api/EmissionMeasurementDevice.h"
@@ -90,6 +93,55 @@ String CanonicalOptionKey(const String& key)
     }
     return key;
 }
+
+// The tuning of emission goes to the instrument as given: a value that the instrument can't take
+// is refused where the host sets it, before it makes a measurement of nothing.
+constexpr const char* samplesKey = "Orbel_NumberOfSamples";
+constexpr const char* integrationTimeKey = "Orbel_IntegrationTime";
+constexpr long largestSampleCount = DeviceDriver::PaviloLowLevelDriver::MaximumCount;
+// The instrument counts the integration time in ticks, with 16 bits.
+constexpr double shortestIntegrationTime = DeviceDriver::PaviloLowLevelDriver::SecondsPerTick;
+constexpr double longestIntegrationTime = DeviceDriver::PaviloLowLevelDriver::SecondsPerTick * 65535.0;
+
+bool IsWholeNumberIn(const String& text, long lowest, long highest)
+{
+    const std::string digits = text.ToStdString();
+    char* end = nullptr;
+    const long value = std::strtol(digits.c_str(), &end, 10);
+    return !digits.empty() && *end == '\0' && value >= lowest && value <= highest;
+}
+
+bool IsNumberIn(const String& text, double lowest, double highest)
+{
+    const std::string digits = text.ToStdString();
+    char* end = nullptr;
+    const double value = std::strtod(digits.c_str(), &end);
+    return !digits.empty() && *end == '\0' && std::isfinite(value) && value >= lowest && value <= highest;
+}
+
+void RequireTuningValue(const String& key, const String& value)
+{
+    std::ostringstream range;
+    if (key == String(samplesKey)) {
+        if (IsWholeNumberIn(value, 1, largestSampleCount)) {
+            return;
+        }
+        range << "a whole number from 1 to " << largestSampleCount;
+    } else if (key == String(integrationTimeKey)) {
+        if (IsNumberIn(value, shortestIntegrationTime, longestIntegrationTime)) {
+            return;
+        }
+        range << "a number of seconds from " << shortestIntegrationTime << " to " << longestIntegrationTime;
+    } else {
+        return;
+    }
+    throw OrbelApiError(OB_InvalidArgument, key + String(" \"") + value + String("\" is not ") + String(range.str()));
+}
+
+// A paper reflects some light at every wavelength, and a fluorescent one a little more than it
+// receives; outside that a density against it means nothing.
+constexpr float lowestPaperReflectance = 0.001f;
+constexpr float highestPaperReflectance = 2.0f;
 
 // The filters of OB_GetDensities, in the order of its array.
 constexpr const char* densityFilters[] = {"Cyan", "Magenta", "Yellow", "Black"};
@@ -377,7 +429,9 @@ void Orbel::SetOption(const String& key, const String& value)
         GetScanner().SetRecognition(IsSameKey(value, "yes"));
         return;
     }
-    GetDevice().SetOption(CanonicalOptionKey(key).CString(), value.CString());
+    const String canonicalKey = CanonicalOptionKey(key);
+    RequireTuningValue(canonicalKey, value);
+    GetDevice().SetOption(canonicalKey.CString(), value.CString());
 }
 
 String Orbel::GetOption(const String& key)
@@ -494,6 +548,16 @@ void Orbel::GetDensities(float* densities, int32_t* autoIndex, int32_t index)
 
 void Orbel::SetSubstrate(const float* spectrum)
 {
+    for (int value = 0; value < spectrumValues; ++value) {
+        const float reflectance = spectrum[value];
+        if (!std::isfinite(reflectance) || reflectance < lowestPaperReflectance ||
+            reflectance > highestPaperReflectance) {
+            std::ostringstream text;
+            text << "substrate value " << value << " is " << reflectance << ", not a reflectance from "
+                 << lowestPaperReflectance << " to " << highestPaperReflectance;
+            throw OrbelApiError(OB_InvalidArgument, String(text.str()));
+        }
+    }
     CMetry::SetPaperWhite(HvSpectrum(spectrum));
     substrateSet = true;
 }

@@ -1,5 +1,6 @@
 #include "tools/SpectrumFile.h"
 
+#include <cmath>
 #include <fstream>
 #include <sstream>
 
@@ -29,7 +30,7 @@ Spectrum SpectrumFile::Parse(const std::string& text, const std::string& origin)
         const std::size_t end = text.find_first_of(" \t\r\n,", position);
         const std::string word = text.substr(position, end - position);
         const auto value = DecimalText::Parse(word);
-        if (!value) {
+        if (!value || !std::isfinite(*value)) {
             throw CliError(OB_InvalidArgument, origin + ": '" + word + "' is not a number");
         }
         if (count < spectrum.size()) {

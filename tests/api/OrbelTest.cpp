@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "include/orbel.h"
@@ -249,6 +251,38 @@ TEST_F(OrbelTest, CountedScansTakeTheCallersCountOrRefuseIt)
         EXPECT_EQ(OB_TriggerCountedScan(count), OB_InvalidArgument) << count;
         EXPECT_NE(LastError().find(std::to_string(count)), std::string::npos) << LastError();
         EXPECT_EQ(OB_GetNumberOfAvailableSamples(), kept);
+    }
+}
+
+// Tuning values and paper whites that would give numbers of nothing are refused where they are
+// set, with the value in the message, and what was set before stays.
+TEST_F(OrbelTest, ValuesThatMakeNoNumbersAreRefusedWhereTheyAreSet)
+{
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleEmission"), OB_NoError);
+    ASSERT_EQ(OB_SetOption("CustomCondition", "Enable"), OB_NoError);
+    const std::pair<const char*, const char*> refused[] = {{"Orbel_IntegrationTime", "0"},
+        {"Orbel_IntegrationTime", "nan"}, {"Orbel_IntegrationTime", "abc"}, {"Orbel_IntegrationTime", "-1"},
+        {"Orbel_NumberOfSamples", "-5"}, {"Orbel_NumberOfSamples", "1.5"}};
+    for (const auto& [key, value] : refused) {
+        EXPECT_EQ(OB_SetOption(key, value), OB_InvalidArgument) << key << " " << value;
+        EXPECT_NE(LastError().find(std::string(key) + " \"" + value + "\""), std::string::npos) << LastError();
+    }
+    EXPECT_EQ(OB_SetOption("Orbel_IntegrationTime", "0.25"), OB_NoError);
+
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    MeasureReflectanceOf("sample:grey50");
+    std::vector<float> paper(36, 0.9f);
+    ASSERT_EQ(OB_SetSubstrate(paper.data()), OB_NoError);
+    float density = 0.0f;
+    ASSERT_EQ(OB_GetDensity(&density, 0), OB_NoError) << LastError();
+    for (const float wrong : {INFINITY, 3.4e38f, NAN, 1e-45f}) {
+        paper[7] = wrong;
+        EXPECT_EQ(OB_SetSubstrate(paper.data()), OB_InvalidArgument) << wrong;
+        EXPECT_NE(LastError().find("substrate value 7 is "), std::string::npos) << LastError();
+        float again = 0.0f;
+        EXPECT_EQ(OB_GetDensity(&again, 0), OB_NoError);
+        EXPECT_EQ(again, density);
     }
 }
 

@@ -73,6 +73,10 @@ TEST(SpectrumFileTest, ReadsThirtySixValuesAndSaysWhatIsWrong)
     EXPECT_EQ(SpectrumError(text + " 0.9"), "paper.txt: a spectrum has 36 values (380 to 730 nm), this one 37");
     EXPECT_EQ(SpectrumError("0,5 0.6"), "paper.txt: a spectrum has 36 values (380 to 730 nm), this one 3");
     EXPECT_EQ(SpectrumError("0.5 x"), "paper.txt: 'x' is not a number");
+    for (const char* word : {"nan", "inf", "-inf", "1e999"}) {
+        EXPECT_EQ(
+            SpectrumError(std::string(word) + " " + text), std::string("paper.txt: '") + word + "' is not a number");
+    }
 }
 
 TEST(ColourTemperatureTest, KnownWhitesAndDarkness)
