@@ -214,8 +214,8 @@ Orbel& Orbel::Instance()
 
 Orbel::Orbel(const Utilities::Mutex& heldProcessLock)
     : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorLock(), lastErrorCode(OB_NoError),
-      lastErrorText(), substrateSet(false), instrument(new HviManager::PaviloDriver::Pavilo()), info(), buttons(),
-      devices(), processLock(heldProcessLock)
+      lastErrorText(), substrateSet(false), openFailure(), instrument(new HviManager::PaviloDriver::Pavilo()), info(),
+      buttons(), devices(), processLock(heldProcessLock)
 {
     info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
     Open();
@@ -278,6 +278,7 @@ const char* Orbel::GetResult() const
 MeasurementDeviceInterface& Orbel::GetDevice()
 {
     Open();
+    RequireOpened();
     const auto device = devices.find(mode);
     if (device == devices.end() || device->second.IsNull()) {
         throw Utilities::ExceptionNullpointer("GetDevice(): device not found");
@@ -301,7 +302,17 @@ void Orbel::Open()
     instrument->Activate();
     info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
     buttons = InterfaceOf<HviManager::InstrumentButtons_V1>("InstrumentButtons_V1");
+    // Read now: the devices' requests below try to open again and may clear it.
+    openFailure = buttons.IsNull() ? instrument->OpenFailure() : String();
     BuildDevices();
+}
+
+// An instrument that is there but didn't open says why, for as long as it doesn't open.
+void Orbel::RequireOpened() const
+{
+    if (buttons.IsNull() && !openFailure.IsEmpty()) {
+        throw OrbelApiError(OB_ExceptionOccured, openFailure);
+    }
 }
 
 void Orbel::BuildDevices()

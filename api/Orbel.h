@@ -46,7 +46,8 @@ public:
     const char* SetResult(const Utilities::String& answer);
     const char* GetResult() const;
 
-    // Opens first; fails with ExceptionNullpointer when the mode has no device.
+    // Opens first; fails with the instrument's own reason when it is attached and didn't open,
+    // and with ExceptionNullpointer when the mode has no device.
     MeasurementDeviceInterface& GetDevice();
 
     // Open builds the devices when the instrument answers; Close drops them with their results
@@ -90,6 +91,7 @@ private:
 
     template<class Interface>
     Utilities::SmartPointer<Interface> InterfaceOf(const char* name);
+    void RequireOpened() const;
     void BuildDevices();
     // The scanning device, whatever the mode; it holds the recognition flag.
     Scanner<HviManager::SpecPhotoMeterScanning_V1>& GetScanner();
@@ -106,6 +108,8 @@ private:
     int32_t lastErrorCode;
     Utilities::String lastErrorText;
     bool substrateSet;
+    // Why the attached instrument didn't open at the last attempt; empty when it opened.
+    Utilities::String openFailure;
     Utilities::SmartPointer<HviManager::HviInstrument> instrument;
     Utilities::SmartPointer<HviManager::InstrumentInfo_V1> info;
     Utilities::SmartPointer<HviManager::InstrumentButtons_V1> buttons;

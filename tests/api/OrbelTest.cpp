@@ -286,6 +286,40 @@ TEST_F(OrbelTest, ValuesThatMakeNoNumbersAreRefusedWhereTheyAreSet)
     }
 }
 
+// An instrument that is there but doesn't open says why, and works once the cause has gone.
+TEST_F(OrbelTest, AFailedOpenTellsItsCause)
+{
+    Sim({"unplug"});
+    EXPECT_EQ(OB_IsConnected(), OB_DeviceNotConnected);
+    // Each attempt to open takes some twenty questions of the power.
+    Sim({"fault", "low-power", "--count", "300"});
+    Sim({"plug"});
+    Sim({"place", "tile"});
+    int failures = 0;
+    int32_t code = OB_Calibrate();
+    for (; code != OB_NoError && failures < 20; code = OB_Calibrate()) {
+        ++failures;
+        EXPECT_EQ(code, OB_ExceptionOccured);
+        EXPECT_NE(LastError().find("Not enough power available"), std::string::npos) << LastError();
+    }
+    EXPECT_GT(failures, 0);
+    EXPECT_EQ(code, OB_NoError) << LastError();
+}
+
+// A scanning calibration cut short leaves the instrument not calibrated, which tells the host
+// what to do.
+TEST_F(OrbelTest, AFailedScanCalibrationLeavesTheScanNotCalibrated)
+{
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    Sim({"fault", "bulk-timeout", "--count", "2"});
+    EXPECT_NE(OB_Calibrate(), OB_NoError);
+    Sim({"strip", "builtin:grey8"});
+    EXPECT_EQ(OB_TriggerMeasurement(), OB_DeviceNotCalibrated) << LastError();
+    CalibrateOnTheTile();
+    EXPECT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
+}
+
 TEST_F(OrbelTest, APulledCableGivesTwoAndThePluggedInstrumentComesBackWithItsWhite)
 {
     CalibrateOnTheTile();
