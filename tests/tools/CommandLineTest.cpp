@@ -77,6 +77,7 @@ TEST(SpectrumFileTest, ReadsThirtySixValuesAndSaysWhatIsWrong)
         EXPECT_EQ(
             SpectrumError(std::string(word) + " " + text), std::string("paper.txt: '") + word + "' is not a number");
     }
+    EXPECT_EQ(SpectrumFile::Parse("\xEF\xBB\xBF" + text, "marked.txt"), spectrum);
 }
 
 TEST(ColourTemperatureTest, KnownWhitesAndDarkness)
@@ -101,7 +102,7 @@ TEST(ApplicationTest, HelpForEveryCommandAndUsageErrors)
     for (const char* command : {"info", "calibrate", "measure", "scan", "substrate", "demo"}) {
         std::ostringstream out;
         std::ostringstream messages;
-        EXPECT_EQ(application.Run({command, "--help"}, out, messages), 0) << command;
+        EXPECT_EQ(application.Run({command, command[0] == 's' ? "-h" : "--help"}, out, messages), 0) << command;
         EXPECT_EQ(out.str().rfind(std::string("usage: orbel ") + command, 0), 0u) << out.str();
         EXPECT_NE(out.str().find("\nexamples:\n  "), std::string::npos) << command;
     }
@@ -112,4 +113,5 @@ TEST(ApplicationTest, HelpForEveryCommandAndUsageErrors)
     EXPECT_EQ(application.Run({"paint"}, out, messages), CliError::UsageStatus);
     EXPECT_EQ(application.Run({}, out, messages), CliError::UsageStatus);
     EXPECT_EQ(application.Run({"--help"}, out, messages), 0);
+    EXPECT_EQ(application.Run({"-h"}, out, messages), 0);
 }
