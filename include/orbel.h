@@ -6,6 +6,29 @@
  * caller. The texts returned by OB_GetDeviceInfo and OB_GetOption stay valid until
  * the next call of either function. A null pointer argument answers OB_InvalidArgument;
  * no function lets an exception out. */
+
+/* Threads and time bounds.
+ *
+ * Any number of host threads may call any function at any time. The module serves one call
+ * at a time: a call waits until the call of another thread has returned. OB_IsConnected and
+ * OB_KeyPressed never wait for another thread's call: while one runs, they answer from what
+ * the module saw last (0 or 2; OB_KeyPressed 4 or 2, and a press stays with the instrument for
+ * the next question). A lock of the instrument that another user holds is never taken for a
+ * lost instrument. The texts of OB_GetDeviceInfo and OB_GetOption belong to the calling thread:
+ * they stay valid until the same thread calls either function again.
+ *
+ * Bounds, for one call that doesn't wait for another thread (add the calls it waits for):
+ * - No instrument transfer: at once (results, options, substrate, "LastError").
+ * - A measurement (OB_Calibrate, OB_TriggerMeasurement, OB_TriggerCountedScan): the readings it
+ *   asks for, readings x integration time + lamp time + 0.5 s, plus 5 s for each transfer the
+ *   instrument doesn't answer; a transfer that fails is tried once more after a reset. A scan
+ *   also lasts as long as the strip is drawn.
+ * - Control questions of the instrument (connection, key, state values): 2 s each.
+ * - Opening the instrument, which the first call after it is plugged in does: the questions
+ *   above, and its 8192-byte memory at 10 ms a byte + 5 s when the instrument doesn't answer.
+ * A call that runs out of its bound answers 2 when the instrument has gone, else 9 with the
+ * failing step in "LastError". */
+
 #ifndef ORBEL_H
 #define ORBEL_H
 
