@@ -1,25 +1,29 @@
 #include "api/CallGate.h"
 
-std::atomic<bool> CallGate::connection{false};
+std::atomic<CallGate::Connection> CallGate::connection{Connection::unknown};
 
 CallGate::Entry CallGate::Enter()
 {
     return Entry(Lock());
 }
 
-CallGate::Entry CallGate::TryEnter()
+CallGate::Entry CallGate::EnterUnlessKnown()
 {
-    return Entry(Lock(), std::try_to_lock);
+    Entry entry(Lock(), std::try_to_lock);
+    if (!entry.owns_lock() && connection == Connection::unknown) {
+        entry.lock();
+    }
+    return entry;
 }
 
 void CallGate::NoteConnection(bool connected)
 {
-    connection = connected;
+    connection = connected ? Connection::connected : Connection::notConnected;
 }
 
 bool CallGate::LastKnownConnection()
 {
-    return connection;
+    return connection == Connection::connected;
 }
 
 std::recursive_mutex& CallGate::Lock()

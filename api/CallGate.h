@@ -14,14 +14,17 @@ public:
 
     // Waits for the call of another thread to end.
     static Entry Enter();
-    // Holds nothing while another thread's call runs.
-    static Entry TryEnter();
+    // Holds nothing while another thread's call runs, once a call has seen the connection;
+    // before that it waits, as there is nothing to answer from.
+    static Entry EnterUnlessKnown();
 
     static void NoteConnection(bool connected);
     static bool LastKnownConnection();
 
 private:
+    enum class Connection { unknown, connected, notConnected };
+
     static std::recursive_mutex& Lock();
 
-    static std::atomic<bool> connection;
+    static std::atomic<Connection> connection;
 };

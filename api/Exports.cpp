@@ -44,7 +44,7 @@ const char* OB_GetDeviceInfo(const char* key)
 int32_t OB_IsConnected(void)
 {
     try {
-        const CallGate::Entry entry = CallGate::TryEnter();
+        const CallGate::Entry entry = CallGate::EnterUnlessKnown();
         const bool connected = entry.owns_lock() ? Orbel::Instance().IsConnected() : CallGate::LastKnownConnection();
         return connected ? OB_NoError : OB_DeviceNotConnected;
     } catch (...) {
@@ -58,7 +58,7 @@ int32_t OB_IsConnected(void)
 int32_t OB_KeyPressed(void)
 {
     try {
-        const CallGate::Entry entry = CallGate::TryEnter();
+        const CallGate::Entry entry = CallGate::EnterUnlessKnown();
         if (!entry.owns_lock()) {
             return CallGate::LastKnownConnection() ? OB_KeyNotPressed : OB_DeviceNotConnected;
         }
