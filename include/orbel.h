@@ -11,11 +11,12 @@
  *
  * Any number of host threads may call any function at any time. The module serves one call
  * at a time: a call waits until the call of another thread has returned. OB_IsConnected and
- * OB_KeyPressed never wait for another thread's call: while one runs, they answer from what
- * the module saw last (0 or 2; OB_KeyPressed 4 or 2, and a press stays with the instrument for
- * the next question). A lock of the instrument that another user holds is never taken for a
- * lost instrument. The texts of OB_GetDeviceInfo and OB_GetOption belong to the calling thread:
- * they stay valid until the same thread calls either function again.
+ * OB_KeyPressed wait only for the first call of the process; after it, while another thread's
+ * call runs, they answer at once from what the module saw last (0 or 2; OB_KeyPressed 4 or 2,
+ * and a press stays with the instrument for the next question). A lock of the instrument that
+ * another user holds is never taken for a lost instrument. The texts of OB_GetDeviceInfo and
+ * OB_GetOption belong to the calling thread: they stay valid until the same thread calls either
+ * function again.
  *
  * Bounds, for one call that doesn't wait for another thread (add the calls it waits for):
  * - No instrument transfer: at once (results, options, substrate, "LastError").
