@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test demo bench asan tsan format check-format check-sources check-packages tidy clean
+.PHONY: all configure test demo bench asan tsan stress-sanitizers stress-one format check-format check-sources check-packages tidy clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -31,6 +31,18 @@ asan:
 
 tsan:
 	$(MAKE) test BUILD=build-tsan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=thread"
+
+# Eight host threads mixing every exported function, under both sanitizers as above; only the
+# module, the virtual instrument and the one test program are built.
+STRESS_SECONDS ?= 30
+
+stress-sanitizers:
+	$(MAKE) stress-one BUILD=build-asan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=address"
+	$(MAKE) stress-one BUILD=build-tsan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=thread"
+
+stress-one: configure
+	cmake --build $(BUILD) -j $(JOBS) --target test_threads
+	cd $(BUILD)/tests/threads && ORBEL_STRESS_SECONDS=$(STRESS_SECONDS) ./test_threads
 
 # One style for the whole tree, fixed by .clang-format.
 format:

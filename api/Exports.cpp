@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "api/CallGate.h"
 #include "api/GuardFrame.h"
 #include "api/Orbel.h"
 #include "api/OrbelApiError.h"
@@ -38,20 +39,30 @@ const char* OB_GetDeviceInfo(const char* key)
     });
 }
 
+// While another thread's call runs, the answer is what that call last learnt: a measurement in
+// progress holds the instrument, and waiting for it would leave a host's poll hanging.
 int32_t OB_IsConnected(void)
 {
     try {
-        return Orbel::Instance().IsConnected() ? OB_NoError : OB_DeviceNotConnected;
+        const CallGate::Entry entry = CallGate::EnterUnlessKnown();
+        const bool connected = entry.owns_lock() ? Orbel::Instance().IsConnected() : CallGate::LastKnownConnection();
+        return connected ? OB_NoError : OB_DeviceNotConnected;
     } catch (...) {
         // No exception may cross the C boundary: a failure outside the module's family answers as unknown.
         return OB_UnknownError;
     }
 }
 
-// Neither reads nor writes the last-error store: a key that wasn't pressed is no failure.
+// Neither reads nor writes the last-error store: a key that wasn't pressed is no failure. During
+// another thread's call the instrument can't be asked; its latch keeps a press for the next
+// question.
 int32_t OB_KeyPressed(void)
 {
     try {
+        const CallGate::Entry entry = CallGate::EnterUnlessKnown();
+        if (!entry.owns_lock()) {
+            return CallGate::LastKnownConnection() ? OB_KeyNotPressed : OB_DeviceNotConnected;
+        }
         return Orbel::Instance().IsKeyPressed() ? OB_NoError : OB_KeyNotPressed;
     } catch (const OrbelApiError& error) {
         return error.Code();

@@ -2,12 +2,14 @@
 
 #include <cstdint>
 
+#include "api/CallGate.h"
 #include "include/orbel.h"
 #include "utilities/Exception.h"
 
 // The frames around the bodies of the exported functions. No exception leaves them: a failure
 // of the system becomes a result code, and the last-error store of Orbel keeps its text for
-// "LastError". Anything else that escapes a body ends in a fixed answer that stores nothing.
+// "LastError". Anything else that escapes a body ends in a fixed answer that stores nothing. Each
+// frame passes the call gate first, so that the body and the store of its outcome are one call.
 class GuardFrame {
 public:
     // A null pointer of the host is the first thing every body tests.
@@ -49,6 +51,7 @@ template<class Body>
 int32_t GuardFrame::RunStatus(Body&& body) noexcept
 {
     try {
+        const CallGate::Entry entry = CallGate::Enter();
         try {
             body();
             StoreSuccess();
@@ -65,6 +68,7 @@ template<class Body>
 const char* GuardFrame::RunDeviceInfo(Body&& body) noexcept
 {
     try {
+        const CallGate::Entry entry = CallGate::Enter();
         try {
             return body();
         } catch (const Utilities::Exception& failure) {
@@ -82,6 +86,7 @@ template<class Body>
 const char* GuardFrame::RunOption(Body&& body) noexcept
 {
     try {
+        const CallGate::Entry entry = CallGate::Enter();
         try {
             const char* answer = body();
             StoreSuccess();

@@ -1,8 +1,12 @@
 #include "api/Orbel.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <mutex>
+#include <sstream>
+#include <string>
 
+#include "api/CallGate.h"
 #include "api/EmissionMeasurementDevice.h"
 #include "api/OrbelApiError.h"
 #include "api/ReflectanceMeasurementDevice.h"
@@ -10,6 +14,7 @@
 #include "cmetry/Density.h"
 #include "cmetry/HvColorVector.h"
 #include "cmetry/PaperWhite.h"
+#include "driver/PaviloLowLevelDriver.h"
 #include "include/orbel.h"
 #include "manager/SpecPhotoMeterEmission_V1.h"
 #include "manager/SpecPhotoMeterReflectance_V1.h"
@@ -89,6 +94,55 @@ String CanonicalOptionKey(const String& key)
     return key;
 }
 
+// The tuning of emission goes to the instrument as given: a value that the instrument can't take
+// is refused where the host sets it, before it makes a measurement of nothing.
+constexpr const char* samplesKey = "Orbel_NumberOfSamples";
+constexpr const char* integrationTimeKey = "Orbel_IntegrationTime";
+constexpr long largestSampleCount = DeviceDriver::PaviloLowLevelDriver::MaximumCount;
+// The instrument counts the integration time in ticks, with 16 bits.
+constexpr double shortestIntegrationTime = DeviceDriver::PaviloLowLevelDriver::SecondsPerTick;
+constexpr double longestIntegrationTime = DeviceDriver::PaviloLowLevelDriver::SecondsPerTick * 65535.0;
+
+bool IsWholeNumberIn(const String& text, long lowest, long highest)
+{
+    const std::string digits = text.ToStdString();
+    char* end = nullptr;
+    const long value = std::strtol(digits.c_str(), &end, 10);
+    return !digits.empty() && *end == '\0' && value >= lowest && value <= highest;
+}
+
+bool IsNumberIn(const String& text, double lowest, double highest)
+{
+    const std::string digits = text.ToStdString();
+    char* end = nullptr;
+    const double value = std::strtod(digits.c_str(), &end);
+    return !digits.empty() && *end == '\0' && std::isfinite(value) && value >= lowest && value <= highest;
+}
+
+void RequireTuningValue(const String& key, const String& value)
+{
+    std::ostringstream range;
+    if (key == String(samplesKey)) {
+        if (IsWholeNumberIn(value, 1, largestSampleCount)) {
+            return;
+        }
+        range << "a whole number from 1 to " << largestSampleCount;
+    } else if (key == String(integrationTimeKey)) {
+        if (IsNumberIn(value, shortestIntegrationTime, longestIntegrationTime)) {
+            return;
+        }
+        range << "a number of seconds from " << shortestIntegrationTime << " to " << longestIntegrationTime;
+    } else {
+        return;
+    }
+    throw OrbelApiError(OB_InvalidArgument, key + String(" \"") + value + String("\" is not ") + String(range.str()));
+}
+
+// A paper reflects some light at every wavelength, and a fluorescent one a little more than it
+// receives; outside that a density against it means nothing.
+constexpr float lowestPaperReflectance = 0.001f;
+constexpr float highestPaperReflectance = 2.0f;
+
 // The filters of OB_GetDensities, in the order of its array.
 constexpr const char* densityFilters[] = {"Cyan", "Magenta", "Yellow", "Black"};
 constexpr int32_t numberOfDensityFilters = 4;
@@ -97,6 +151,7 @@ constexpr const char* moduleVersion = "1.0.5";
 constexpr const char* noDensityFilter = "not set";
 constexpr const char* processLockName = "Orbel C-SDK lock";
 constexpr const char* connected = "Connected";
+constexpr const char* lockNotHad = "Failed";
 constexpr const char* notConnected = "device not connected!";
 constexpr const char* densityFilterModeKey = "Colorimetric.DensityFilterMode";
 constexpr int spectrumValues = HvSpectrum::numberOfValues;
@@ -109,6 +164,13 @@ using ScanningDevice = Scanner<SpecPhotoMeterScanning_V1>;
 const char* YesOrNo(bool answer)
 {
     return answer ? "yes" : "no";
+}
+
+// Each host thread reads its own answers, which another thread's call can't overwrite.
+String& ResultOfThisThread()
+{
+    thread_local String result;
+    return result;
 }
 
 SmartPointer<Orbel>& TheInstance()
@@ -151,9 +213,9 @@ Orbel& Orbel::Instance()
 }
 
 Orbel::Orbel(const Utilities::Mutex& heldProcessLock)
-    : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorCode(OB_NoError), lastErrorText(),
-      substrateSet(false), instrument(new HviManager::PaviloDriver::Pavilo()), info(), buttons(), devices(), result(),
-      processLock(heldProcessLock)
+    : mode(singleReflectance), autoDensityFilter(noDensityFilter), lastErrorLock(), lastErrorCode(OB_NoError),
+      lastErrorText(), substrateSet(false), openFailure(), instrument(new HviManager::PaviloDriver::Pavilo()), info(),
+      buttons(), devices(), processLock(heldProcessLock)
 {
     info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
     Open();
@@ -175,6 +237,7 @@ bool Orbel::IsSameKey(const String& key, const char* name)
 
 void Orbel::SetLastError(int32_t code, const String& message)
 {
+    const std::lock_guard<std::mutex> lock(lastErrorLock);
     lastErrorCode = code;
     lastErrorText = message;
 }
@@ -186,11 +249,13 @@ void Orbel::SetLastError(const OrbelApiError& error)
 
 int32_t Orbel::GetLastErrorCode() const
 {
+    const std::lock_guard<std::mutex> lock(lastErrorLock);
     return lastErrorCode;
 }
 
 String Orbel::GetFullErrorText() const
 {
+    const std::lock_guard<std::mutex> lock(lastErrorLock);
     const String codeText = OrbelApiError::TextOf(lastErrorCode);
     if (lastErrorText == codeText) {
         return codeText;
@@ -200,18 +265,20 @@ String Orbel::GetFullErrorText() const
 
 const char* Orbel::SetResult(const String& answer)
 {
+    String& result = ResultOfThisThread();
     result = answer;
     return result.CString();
 }
 
 const char* Orbel::GetResult() const
 {
-    return result.CString();
+    return ResultOfThisThread().CString();
 }
 
 MeasurementDeviceInterface& Orbel::GetDevice()
 {
     Open();
+    RequireOpened();
     const auto device = devices.find(mode);
     if (device == devices.end() || device->second.IsNull()) {
         throw Utilities::ExceptionNullpointer("GetDevice(): device not found");
@@ -235,7 +302,17 @@ void Orbel::Open()
     instrument->Activate();
     info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
     buttons = InterfaceOf<HviManager::InstrumentButtons_V1>("InstrumentButtons_V1");
+    // Read now: the devices' requests below try to open again and may clear it.
+    openFailure = buttons.IsNull() ? instrument->OpenFailure() : String();
     BuildDevices();
+}
+
+// An instrument that is there but didn't open says why, for as long as it doesn't open.
+void Orbel::RequireOpened() const
+{
+    if (buttons.IsNull() && !openFailure.IsEmpty()) {
+        throw OrbelApiError(OB_ExceptionOccured, openFailure);
+    }
 }
 
 void Orbel::BuildDevices()
@@ -291,9 +368,16 @@ bool Orbel::IsKeyPressed()
     return states.Find(String("MeasurementKey")).IsValid();
 }
 
+// A lock that wasn't had is another user of the instrument, which is there: only an instrument
+// that the driver doesn't find is lost.
 String Orbel::GetInformation(const String& key)
 {
-    if (info->GetInformation(String("Connection")) != String(connected)) {
+    const String connection = info->GetInformation(String("Connection"));
+    if (connection == String(lockNotHad)) {
+        return key == String("Connection") ? String(connected) : String(lockNotHad);
+    }
+    CallGate::NoteConnection(connection == String(connected));
+    if (connection != String(connected)) {
         Close();
         return String(notConnected);
     }
@@ -356,7 +440,9 @@ void Orbel::SetOption(const String& key, const String& value)
         GetScanner().SetRecognition(IsSameKey(value, "yes"));
         return;
     }
-    GetDevice().SetOption(CanonicalOptionKey(key).CString(), value.CString());
+    const String canonicalKey = CanonicalOptionKey(key);
+    RequireTuningValue(canonicalKey, value);
+    GetDevice().SetOption(canonicalKey.CString(), value.CString());
 }
 
 String Orbel::GetOption(const String& key)
@@ -379,7 +465,14 @@ void Orbel::TriggerCountedScan(int32_t count)
     if (mode != scanningReflectance) {
         throw OrbelApiError(OB_InvalidMeasurementMode);
     }
-    GetScanner().TriggerCountedScan(count);
+    if (count > static_cast<int32_t>(DeviceDriver::PaviloLowLevelDriver::LargestScanCount)) {
+        throw OrbelApiError(OB_InvalidArgument,
+            String("count ") + String(static_cast<long>(count)) + String(" is above the ") +
+                String(static_cast<unsigned long>(DeviceDriver::PaviloLowLevelDriver::LargestScanCount)) +
+                String(" readings a position of a scan can hold"));
+    }
+    // A count below 1 leaves the instrument's own, as the count of a plain trigger does.
+    GetScanner().TriggerCountedScan(count < 1 ? ScanningDevice::defaultCount : count);
 }
 
 const HvSpectrum& Orbel::GetSample(int32_t index)
@@ -466,6 +559,16 @@ void Orbel::GetDensities(float* densities, int32_t* autoIndex, int32_t index)
 
 void Orbel::SetSubstrate(const float* spectrum)
 {
+    for (int value = 0; value < spectrumValues; ++value) {
+        const float reflectance = spectrum[value];
+        if (!std::isfinite(reflectance) || reflectance < lowestPaperReflectance ||
+            reflectance > highestPaperReflectance) {
+            std::ostringstream text;
+            text << "substrate value " << value << " is " << reflectance << ", not a reflectance from "
+                 << lowestPaperReflectance << " to " << highestPaperReflectance;
+            throw OrbelApiError(OB_InvalidArgument, String(text.str()));
+        }
+    }
     CMetry::SetPaperWhite(HvSpectrum(spectrum));
     substrateSet = true;
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <mutex>
 
 #include "api/MeasurementDeviceInterface.h"
 #include "api/Scanner.h"
@@ -18,8 +19,9 @@ class OrbelApiError;
 
 // The one object behind the exported functions. It owns the instrument, holds the measurement
 // mode and one measurement device per mode, and keeps what must outlast a call: the last-error
-// store and the answer buffer of the two text functions. One process at a time may have it: a
-// lock known to all processes is held for as long as the object lives.
+// store and the answer buffer of the two text functions, one buffer a thread. One process at a
+// time may have it: a lock known to all processes is held for as long as the object lives. The
+// exported functions reach it one call at a time, through the call gate.
 class Orbel {
 public:
     // The object, created on first use; fails while another process holds the process lock,
@@ -39,12 +41,13 @@ public:
     // message is that text itself.
     Utilities::String GetFullErrorText() const;
 
-    // The answer buffer of OB_GetDeviceInfo and OB_GetOption; the characters stay valid until
-    // the buffer is set again.
+    // The answer buffer of OB_GetDeviceInfo and OB_GetOption of the calling thread; the
+    // characters stay valid until the thread sets it again.
     const char* SetResult(const Utilities::String& answer);
     const char* GetResult() const;
 
-    // Opens first; fails with ExceptionNullpointer when the mode has no device.
+    // Opens first; fails with the instrument's own reason when it is attached and didn't open,
+    // and with ExceptionNullpointer when the mode has no device.
     MeasurementDeviceInterface& GetDevice();
 
     // Open builds the devices when the instrument answers; Close drops them with their results
@@ -88,6 +91,7 @@ private:
 
     template<class Interface>
     Utilities::SmartPointer<Interface> InterfaceOf(const char* name);
+    void RequireOpened() const;
     void BuildDevices();
     // The scanning device, whatever the mode; it holds the recognition flag.
     Scanner<HviManager::SpecPhotoMeterScanning_V1>& GetScanner();
@@ -100,13 +104,15 @@ private:
 
     int32_t mode;
     Utilities::String autoDensityFilter;
+    mutable std::mutex lastErrorLock;
     int32_t lastErrorCode;
     Utilities::String lastErrorText;
     bool substrateSet;
+    // Why the attached instrument didn't open at the last attempt; empty when it opened.
+    Utilities::String openFailure;
     Utilities::SmartPointer<HviManager::HviInstrument> instrument;
     Utilities::SmartPointer<HviManager::InstrumentInfo_V1> info;
     Utilities::SmartPointer<HviManager::InstrumentButtons_V1> buttons;
     std::map<int32_t, Utilities::SmartPointer<MeasurementDeviceInterface>> devices;
-    Utilities::String result;
     Utilities::Mutex processLock;
 };

@@ -64,6 +64,8 @@ public:
 
     // The next sample uses the white's first row again.
     void ResetWhite() { white.FirstRow(); }
+    // No white at all, so that samples fail as not calibrated.
+    void DiscardWhite() { white = WhiteData(); }
 
     const DarkData& Dark() const { return dark; }
     const WhiteData& White() const { return white; }

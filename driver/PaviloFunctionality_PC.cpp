@@ -208,12 +208,18 @@ std::uint8_t PaviloFunctionality_PC::DeviceState(std::uint16_t stateId)
     throw ExceptionPaviloCommunication("Device state request not supported");
 }
 
+// A strip that fails leaves none of its packets behind, or the next strip would begin with them.
 void PaviloFunctionality_PC::StartScan(std::uint32_t packetSize, std::uint32_t timeoutSeconds)
 {
-    Guarded("PaviloFunctionality_PC::StartScan ", [&] {
-        Command(measureRequestCode, HostToInstrument, 0);
-        device->ReadDataStrip(fifo, packetSize, timeoutSeconds * millisecondsPerSecond);
-    });
+    try {
+        Guarded("PaviloFunctionality_PC::StartScan ", [&] {
+            Command(measureRequestCode, HostToInstrument, 0);
+            device->ReadDataStrip(fifo, packetSize, timeoutSeconds * millisecondsPerSecond);
+        });
+    } catch (...) {
+        fifo.Clear();
+        throw;
+    }
 }
 
 // The size stays as the caller gave it; a shorter packet fills only its own bytes.

@@ -254,19 +254,11 @@ void PaviloLowLevelDriver::WriteMeasureParameters(ConfigurationData& conditions)
 {
     const std::uint16_t integration = TicksOf(FloatOf(conditions, Items::integrationTime) / SecondsPerTick);
     const std::uint16_t lamp = TicksOf(FloatOf(conditions, Items::lampTime) / SecondsPerTick / TicksPerLampTick);
-    std::uint32_t count = U32Of(conditions, Items::count);
-    if (count > MaximumCount) {
-        count = MaximumCount;
-        conditions.SetU32(Items::count, count);
+    if (U32Of(conditions, Items::count) > MaximumCount) {
+        conditions.SetU32(Items::count, MaximumCount);
     }
-    std::uint8_t flags = 0;
-    if (U32Of(conditions, Items::countFromReplacementItem) != 0) {
-        flags |= 1;
-        const long replacement = Signed(U32Of(conditions, Items::replacementCount));
-        if (replacement > 0) {
-            count = static_cast<std::uint32_t>(std::min<long>(replacement, WireCountLimit));
-        }
-    }
+    const std::uint32_t count = WireCount(conditions);
+    std::uint8_t flags = U32Of(conditions, Items::countFromReplacementItem) != 0 ? 1 : 0;
     flags |= U32Of(conditions, Items::lampOffDuringMeasurement) != 0 ? 2 : 0;
     flags |= U32Of(conditions, Items::gain) != 0 ? 4 : 0;
     flags |= U32Of(conditions, Items::lampOnAfterMeasurement) != 0 ? 8 : 0;
@@ -278,6 +270,16 @@ void PaviloLowLevelDriver::WriteMeasureParameters(ConfigurationData& conditions)
         }
     }
     functionality.SetMeasureParameters(integration, lamp, static_cast<std::uint16_t>(count), flags);
+}
+
+std::uint32_t PaviloLowLevelDriver::WireCount(const ConfigurationData& conditions)
+{
+    const std::uint32_t count = std::min(U32Of(conditions, Items::count), WireCountLimit);
+    if (U32Of(conditions, Items::countFromReplacementItem) == 0) {
+        return count;
+    }
+    const long replacement = Signed(U32Of(conditions, Items::replacementCount));
+    return replacement > 0 ? static_cast<std::uint32_t>(std::min<long>(replacement, WireCountLimit)) : count;
 }
 
 void PaviloLowLevelDriver::WriteStoredItem(const ConfigurationData& conditions, std::uint16_t id)
@@ -328,7 +330,7 @@ void PaviloLowLevelDriver::WriteFile()
 // The conditions that a measurement or a scan sends, read once from the items.
 struct PaviloLowLevelDriver::Request {
     explicit Request(const ConfigurationData& conditions)
-        : count(std::min(U32Of(conditions, Items::count), WireCountLimit)), gain(U32Of(conditions, Items::gain)),
+        : count(WireCount(conditions)), gain(U32Of(conditions, Items::gain)),
           integrationTime(FloatOf(conditions, Items::integrationTime)), lampTime(FloatOf(conditions, Items::lampTime)),
           lampOff(U32Of(conditions, Items::lampOffDuringMeasurement) != 0),
           wrapThreshold(U32Of(conditions, Items::wrapThreshold))

@@ -29,6 +29,9 @@ public:
     static constexpr std::uint32_t WireCountLimit = 65535;
     static constexpr std::uint32_t BlockSize = 256;
     static constexpr std::uint32_t PixelCount = 128;
+    // The most readings a packet of a strip may hold: ten packets of readings of 256 bytes make
+    // one transfer of at most 65535 bytes.
+    static constexpr std::uint32_t LargestScanCount = 25;
 
     PaviloLowLevelDriver();
     ~PaviloLowLevelDriver() override;
@@ -64,6 +67,8 @@ private:
     void ReadMISC(ConfigurationData& conditions);
     void ReadMeasureParameters(ConfigurationData& conditions);
     void WriteMeasureParameters(ConfigurationData& conditions);
+    // The count on the wire: item 2010, or the replacement count when the flag asks for it.
+    static std::uint32_t WireCount(const ConfigurationData& conditions);
     void WriteStoredItem(const ConfigurationData& conditions, std::uint16_t id);
     // The program that the number names in the CpldProgramRegistry, step by step.
     void RunCpldProgram(std::uint32_t number);

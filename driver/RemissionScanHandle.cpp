@@ -25,9 +25,15 @@ bool RemissionScanHandle::Measure(const Utilities::String& type)
     return RunOnOpenHandle([this, &type] { MeasureType(type); });
 }
 
+// A calibration cut short may have changed the integration time: the white of the last one no
+// longer fits, and a scan must fail as not calibrated.
 bool RemissionScanHandle::Calibrate()
 {
-    return RunOnOpenHandle([this] { CalibrationSteps(); });
+    const bool calibrated = RunOnOpenHandle([this] { CalibrationSteps(); });
+    if (!calibrated && !calculation.IsNull()) {
+        calculation->DiscardWhite();
+    }
+    return calibrated;
 }
 
 Utilities::String RemissionScanHandle::GetMode()

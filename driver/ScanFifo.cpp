@@ -25,4 +25,10 @@ bool ScanFifo::Pop(Packet& packet)
     return true;
 }
 
+void ScanFifo::Clear()
+{
+    packets.clear();
+    finished = false;
+}
+
 }

@@ -20,6 +20,8 @@ public:
     bool Push(const std::uint8_t* bytes, std::uint32_t size);
     // False when the FIFO is empty.
     bool Pop(Packet& packet);
+    // Discards every packet, for a strip that failed.
+    void Clear();
 
     void SetFinished() { finished = true; }
     bool IsFinished() const { return finished; }

@@ -7,9 +7,9 @@
  * Buffers. Spectra are 36 floats, 380 nm to 730 nm in steps of 10 nm. Every output buffer is
  * the caller's: allocated by it, of the size each function names, and never kept by the module,
  * which writes that many values and is given no length to check. The texts returned by
- * OB_GetDeviceInfo and OB_GetOption belong to the module and stay valid until the next call of
- * either function; copy them. A null pointer argument answers OB_InvalidArgument (10), except
- * the autoIndex of OB_GetDensities.
+ * OB_GetDeviceInfo and OB_GetOption belong to the module and stay valid until the calling
+ * thread calls either function again; copy them. A null pointer argument answers
+ * OB_InvalidArgument (10), except the autoIndex of OB_GetDensities.
  *
  * Codes every status function may answer, beyond those each function names:
  *   9  OB_ExceptionOccured    a failure of the module or the instrument that has no code of
@@ -24,6 +24,29 @@
  * The first call of any function opens the instrument; there is no open or close function.
  * Which calls may run on which threads, and how long a call may wait for another: see Threads
  * and time bounds. */
+
+/* Threads and time bounds.
+ *
+ * Any number of host threads may call any function at any time. The module serves one call
+ * at a time: a call waits until the call of another thread has returned. OB_IsConnected and
+ * OB_KeyPressed wait only for the first call of the process; after it, while another thread's
+ * call runs, they answer at once from what the module saw last (0 or 2; OB_KeyPressed 4 or 2,
+ * and a press stays with the instrument for the next question). A lock of the instrument that
+ * another user holds is never taken for a lost instrument. The texts of OB_GetDeviceInfo and
+ * OB_GetOption belong to the calling thread: they stay valid until the same thread calls either
+ * function again.
+ *
+ * Bounds, for one call that doesn't wait for another thread (add the calls it waits for):
+ * - No instrument transfer: at once (results, options, substrate, "LastError").
+ * - A measurement (OB_Calibrate, OB_TriggerMeasurement, OB_TriggerCountedScan): the readings it
+ *   asks for, readings x integration time + lamp time + 0.5 s, plus 5 s for each transfer the
+ *   instrument doesn't answer; a transfer that fails is tried once more after a reset. A scan
+ *   also lasts as long as the strip is drawn.
+ * - Control questions of the instrument (connection, key, state values): 2 s each.
+ * - Opening the instrument, which the first call after it is plugged in does: the questions
+ *   above, and its 8192-byte memory at 10 ms a byte + 5 s when the instrument doesn't answer.
+ * A call that runs out of its bound answers 2 when the instrument has gone, else 9 with the
+ * failing step in "LastError". */
 
 #ifndef ORBEL_H
 #define ORBEL_H
@@ -103,10 +126,10 @@ OB_EXPORT int32_t OB_Calibrate(void);
  * strip; and a wait for the instrument's lock (see Threads and time bounds). */
 OB_EXPORT int32_t OB_TriggerMeasurement(void);
 
-/* OB_TriggerMeasurement for the scanning mode with the count of readings per position that
- * goes to the instrument; -1 leaves the instrument's own count.
- * 6 in any other mode, without talking to the instrument; otherwise the codes, the blocking and
- * the samples of OB_TriggerMeasurement. */
+/* OB_TriggerMeasurement for the scanning mode with the count of readings per packet that goes
+ * to the instrument, 1 to 25; 0 or less leaves the instrument's own count.
+ * 6 in any other mode and 10 for a count above 25, both without talking to the instrument;
+ * otherwise the codes, the blocking and the samples of OB_TriggerMeasurement. */
 OB_EXPORT int32_t OB_TriggerCountedScan(int32_t count);
 
 /* The spectrum of sample index of the last measurement into spectrum, 36 floats: reflectance
@@ -139,8 +162,10 @@ OB_EXPORT int32_t OB_GetDensities(float* densities, int32_t* autoIndex, int32_t 
 
 /* Sets an option of the current mode, or with the key "MeasurementMode" the mode itself.
  * Option keys and the values of "MeasurementMode" are compared without regard to case.
- * 0 set; 6 an unknown measurement mode; 10 key or value is null; 9 a key or value that the
- * options refuse ("Modification not supported for key: ..."); 11 as above. Setting the mode
+ * 0 set; 6 an unknown measurement mode; 10 key or value is null, or a value that is no finite
+ * number where one is needed (an integration time, a number of samples), named in "LastError";
+ * 9 a key or value that the options refuse ("Modification not supported for key: ..."); 11 as
+ * above. Setting the mode
  * "ResetAll" closes and opens the instrument again, a few control transfers; other options
  * don't talk to it. */
 OB_EXPORT int32_t OB_SetOption(const char* key, const char* value);
@@ -152,7 +177,9 @@ OB_EXPORT const char* OB_GetOption(const char* key);
 
 /* The white of the paper that densities are measured against: 36 values, copied; the array
  * stays the caller's. Holds for every mode until the mode "ResetAll".
- * 0 set; 10 spectrum is null; 11 as above. Doesn't talk to the instrument. */
+ * 0 set; 10 spectrum is null, or a value is not a finite number in the range of reflectances
+ * (named in "LastError"), and the former substrate stays; 11 as above. Doesn't talk to the
+ * instrument. */
 OB_EXPORT int32_t OB_SetSubstrate(const float* spectrum);
 
 #ifdef __cplusplus

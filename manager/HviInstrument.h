@@ -20,6 +20,9 @@ public:
     virtual void Close() = 0;
     // Called before the first use.
     virtual void Activate() = 0;
+    // Why the instrument that is attached didn't open at the last request of an interface, in
+    // its own words; empty when it opened.
+    virtual Utilities::String OpenFailure() const = 0;
 };
 
 }

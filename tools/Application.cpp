@@ -60,7 +60,8 @@ std::string Application::Advice(int status)
 int Application::RunCommand(
     Command& command, const std::vector<std::string>& words, std::ostream& out, std::ostream& messages)
 {
-    if (std::find(words.begin(), words.end(), "--help") != words.end()) {
+    if (std::find(words.begin(), words.end(), "--help") != words.end() ||
+        std::find(words.begin(), words.end(), "-h") != words.end()) {
         out << command.Help();
         return 0;
     }
@@ -79,7 +80,7 @@ int Application::RunCommand(
 
 int Application::Run(const std::vector<std::string>& words, std::ostream& out, std::ostream& messages)
 {
-    if (words.empty() || words.front() == "--help" || words.front() == "help") {
+    if (words.empty() || words.front() == "--help" || words.front() == "-h" || words.front() == "help") {
         out << Help();
         return words.empty() ? CliError::UsageStatus : 0;
     }

@@ -6,15 +6,20 @@ namespace OrbelCli {
 
 CgatsFormatter::CgatsFormatter(std::string created) : created(std::move(created)) { }
 
-// A value with blanks or quotes is quoted, the quotes inside doubled.
+// A value with blanks or quotes is quoted, the quotes inside doubled. A line break would end
+// the set in the middle, so it becomes a blank.
 std::string CgatsFormatter::Field(const std::string& value)
 {
-    if (!value.empty() && value.find_first_of(" \t\"") == std::string::npos) {
+    if (!value.empty() && value.find_first_of(" \t\"\r\n") == std::string::npos) {
         return value;
     }
     std::string quoted = "\"";
     for (char c : value) {
-        quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+        if (c == '"') {
+            quoted += "\"\"";
+        } else {
+            quoted += c == '\r' || c == '\n' ? ' ' : c;
+        }
     }
     return quoted + "\"";
 }

@@ -8,18 +8,25 @@
 
 namespace OrbelCli {
 
+namespace {
+
+// The module refuses more: ten packets of this many readings fill one transfer of the instrument.
+constexpr long largestCount = 25;
+
+}
+
 std::string ScanCommand::Summary() const
 {
     return "Scans a strip: the instrument measures while it is drawn across the patches. Without --recognition\n"
-           "every reading is a sample; with it, the strip is split into its patches, one sample each. --count\n"
-           "tells the instrument how many readings to take. The scan begins with a calibration on the white tile: a\n"
-           "scanning calibration lasts only as long as the program that made it.";
+           "every reading is a sample; with it, the strip is split into its patches, one sample each. --count N\n"
+           "(1 to 25) makes the instrument take its readings N at a time. The scan begins with a calibration on\n"
+           "the white tile: a scanning calibration lasts only as long as the program that made it.";
 }
 
 std::string ScanCommand::Examples() const
 {
     return "  orbel scan --recognition                       # one sample per patch\n"
-           "  orbel scan --count 40 --format csv > raw.csv   # 40 readings as they come\n"
+           "  orbel scan --count 20 --format csv > raw.csv   # 20 readings at a time, as they come\n"
            "  orbel scan --recognition --format cgats --plot strip.svg > strip.cgats\n";
 }
 
@@ -27,14 +34,14 @@ std::vector<OptionSpec> ScanCommand::Options() const
 {
     return MeasurementReader::Options({
         {"--recognition", false, "", "split the scan into the strip's patches"},
-        {"--count", true, "N", "the number of readings the instrument takes"},
+        {"--count", true, "N", "the readings the instrument takes at a time, 1 to 25"},
     });
 }
 
 int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream& messages)
 {
     const bool counted = arguments.Has("--count");
-    const long count = arguments.Whole("--count", 0, 1, 100000);
+    const long count = arguments.Whole("--count", 0, 1, largestCount);
     const MeasurementReader reader(MeasurementReader::FromArguments(arguments));
     ReportOutput::Validate(arguments);
     PersonHand person;

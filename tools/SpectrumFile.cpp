@@ -1,13 +1,22 @@
 #include "tools/SpectrumFile.h"
 
+#include <cmath>
 #include <fstream>
 #include <sstream>
+#include <string_view>
 
 #include "orbel.h"
 #include "tools/CliError.h"
 #include "tools/DecimalText.h"
 
 namespace OrbelCli {
+
+namespace {
+
+// Some editors begin a text file with the byte-order mark of UTF-8.
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+}
 
 Spectrum SpectrumFile::Read(const std::string& path)
 {
@@ -24,12 +33,12 @@ Spectrum SpectrumFile::Parse(const std::string& text, const std::string& origin)
 {
     Spectrum spectrum{};
     std::size_t count = 0;
-    std::size_t position = 0;
+    std::size_t position = text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
     while ((position = text.find_first_not_of(" \t\r\n,", position)) != std::string::npos) {
         const std::size_t end = text.find_first_of(" \t\r\n,", position);
         const std::string word = text.substr(position, end - position);
         const auto value = DecimalText::Parse(word);
-        if (!value) {
+        if (!value || !std::isfinite(*value)) {
             throw CliError(OB_InvalidArgument, origin + ": '" + word + "' is not a number");
         }
         if (count < spectrum.size()) {

@@ -84,6 +84,11 @@ void Pavilo::SetConfiguration(const Utilities::Map<String, String>& configuratio
 
 void Pavilo::Activate() { }
 
+Utilities::String Pavilo::OpenFailure() const
+{
+    return openFailure;
+}
+
 SmartPointer<Component> Pavilo::GetInterface(const String& name)
 {
     if (remission.IsNull()) {
@@ -222,9 +227,11 @@ bool Pavilo::OpenRemission()
         InitialiseDefaultHandle();
     }
     if (!remission->Open()) {
+        openFailure = remission->GetLastError();
         remission = SmartPointer<DeviceDriver::RemissionHandle>();
         return false;
     }
+    openFailure = String();
     return true;
 }
 
@@ -237,6 +244,7 @@ bool Pavilo::OpenHandle(SmartPointer<Handle>& field)
     SmartPointer<Handle> handle(new Handle());
     handle->Connect(serialNumber);
     if (!handle->Open()) {
+        openFailure = handle->GetLastError();
         return false;
     }
     field = handle;

@@ -36,6 +36,7 @@ public:
     void SetConfiguration(const Utilities::Map<Utilities::String, Utilities::String>& configuration) override;
     void Close() override;
     void Activate() override;
+    Utilities::String OpenFailure() const override;
 
 private:
     void InitialiseDefaultHandle();
@@ -57,6 +58,7 @@ private:
     static void CloseHandle(Utilities::SmartPointer<Handle>& field);
 
     Utilities::String serialNumber;
+    Utilities::String openFailure;
     // Empty while not all handles are open.
     Utilities::List<Utilities::String> offered;
     Utilities::SmartPointer<DeviceDriver::RemissionHandle> remission;

@@ -9,6 +9,11 @@
 #include "driver/TimeBase.h"
 #include "utilities/SmartPointer.h"
 
+// A program that measures how its threads meet lets the instrument take its time.
+#ifndef ORBEL_SIM_TIME_SCALE
+#define ORBEL_SIM_TIME_SCALE "0"
+#endif
+
 namespace {
 
 OrbelTest::SimInstrument* simulated = nullptr;
@@ -38,9 +43,9 @@ void ApiSimEnvironment::SetUp()
         std::filesystem::temp_directory_path() / ("orbel-api-locks-" + std::to_string(std::random_device()()));
     std::filesystem::create_directories(lockDirectory);
     ::setenv("ORBEL_LOCK_DIR", lockDirectory.c_str(), 1);
-    simulated = new OrbelTest::SimInstrument();
+    simulated = new OrbelTest::SimInstrument(OrbelTest::SimInstrument::DefaultSerial, ORBEL_SIM_TIME_SCALE);
     ::setenv("ORBEL_SIM_DIR", simulated->Directory().c_str(), 1);
-    // The instrument runs at time scale 0, so the driver's pauses need not last.
+    // The instrument runs fast, so the driver's pauses need not last.
     DeviceDriver::TimeBase::Replace(Utilities::SmartPointer<DeviceDriver::TimeBase>(
         new DeviceDriver::ScaledTimeBase(DeviceDriver::TimeBase::System(), 1000.0)));
     std::atexit(StopAtExit);

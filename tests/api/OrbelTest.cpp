@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "include/orbel.h"
@@ -224,6 +227,97 @@ TEST_F(OrbelTest, ScanningGivesRawPositionsOrRecognisedPatches)
     ASSERT_EQ(OB_TriggerCountedScan(-1), OB_NoError) << LastError();
     EXPECT_GT(OB_GetNumberOfAvailableSamples(), patches);
     ExpectSignal(Spectrum(OB_GetNumberOfAvailableSamples() - 1));
+}
+
+// The count takes the readings of a position that many at a time; a count below 1 leaves the
+// instrument's own, and one above what a position holds is refused and loses nothing.
+TEST_F(OrbelTest, CountedScansTakeTheCallersCountOrRefuseIt)
+{
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    Sim({"strip", "builtin:grey8"});
+    ASSERT_EQ(OB_TriggerCountedScan(-1), OB_NoError) << LastError();
+    const int32_t byDefault = OB_GetNumberOfAvailableSamples();
+    for (const int32_t count : {INT32_MIN, 0}) {
+        ASSERT_EQ(OB_TriggerCountedScan(count), OB_NoError) << count << ": " << LastError();
+        EXPECT_EQ(OB_GetNumberOfAvailableSamples(), byDefault) << count;
+    }
+    for (const int32_t count : {1, 3, 25}) {
+        ASSERT_EQ(OB_TriggerCountedScan(count), OB_NoError) << count << ": " << LastError();
+        EXPECT_EQ(OB_GetNumberOfAvailableSamples() % count, 0) << count;
+    }
+    const int32_t kept = OB_GetNumberOfAvailableSamples();
+    for (const int32_t count : {26, 257, 100000}) {
+        EXPECT_EQ(OB_TriggerCountedScan(count), OB_InvalidArgument) << count;
+        EXPECT_NE(LastError().find(std::to_string(count)), std::string::npos) << LastError();
+        EXPECT_EQ(OB_GetNumberOfAvailableSamples(), kept);
+    }
+}
+
+// Tuning values and paper whites that would give numbers of nothing are refused where they are
+// set, with the value in the message, and what was set before stays.
+TEST_F(OrbelTest, ValuesThatMakeNoNumbersAreRefusedWhereTheyAreSet)
+{
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleEmission"), OB_NoError);
+    ASSERT_EQ(OB_SetOption("CustomCondition", "Enable"), OB_NoError);
+    const std::pair<const char*, const char*> refused[] = {{"Orbel_IntegrationTime", "0"},
+        {"Orbel_IntegrationTime", "nan"}, {"Orbel_IntegrationTime", "abc"}, {"Orbel_IntegrationTime", "-1"},
+        {"Orbel_NumberOfSamples", "-5"}, {"Orbel_NumberOfSamples", "1.5"}};
+    for (const auto& [key, value] : refused) {
+        EXPECT_EQ(OB_SetOption(key, value), OB_InvalidArgument) << key << " " << value;
+        EXPECT_NE(LastError().find(std::string(key) + " \"" + value + "\""), std::string::npos) << LastError();
+    }
+    EXPECT_EQ(OB_SetOption("Orbel_IntegrationTime", "0.25"), OB_NoError);
+
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    MeasureReflectanceOf("sample:grey50");
+    std::vector<float> paper(36, 0.9f);
+    ASSERT_EQ(OB_SetSubstrate(paper.data()), OB_NoError);
+    float density = 0.0f;
+    ASSERT_EQ(OB_GetDensity(&density, 0), OB_NoError) << LastError();
+    for (const float wrong : {INFINITY, 3.4e38f, NAN, 1e-45f}) {
+        paper[7] = wrong;
+        EXPECT_EQ(OB_SetSubstrate(paper.data()), OB_InvalidArgument) << wrong;
+        EXPECT_NE(LastError().find("substrate value 7 is "), std::string::npos) << LastError();
+        float again = 0.0f;
+        EXPECT_EQ(OB_GetDensity(&again, 0), OB_NoError);
+        EXPECT_EQ(again, density);
+    }
+}
+
+// An instrument that is there but doesn't open says why, and works once the cause has gone.
+TEST_F(OrbelTest, AFailedOpenTellsItsCause)
+{
+    Sim({"unplug"});
+    EXPECT_EQ(OB_IsConnected(), OB_DeviceNotConnected);
+    // Each attempt to open takes some twenty questions of the power.
+    Sim({"fault", "low-power", "--count", "300"});
+    Sim({"plug"});
+    Sim({"place", "tile"});
+    int failures = 0;
+    int32_t code = OB_Calibrate();
+    for (; code != OB_NoError && failures < 20; code = OB_Calibrate()) {
+        ++failures;
+        EXPECT_EQ(code, OB_ExceptionOccured);
+        EXPECT_NE(LastError().find("Not enough power available"), std::string::npos) << LastError();
+    }
+    EXPECT_GT(failures, 0);
+    EXPECT_EQ(code, OB_NoError) << LastError();
+}
+
+// A scanning calibration cut short leaves the instrument not calibrated, which tells the host
+// what to do.
+TEST_F(OrbelTest, AFailedScanCalibrationLeavesTheScanNotCalibrated)
+{
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    Sim({"fault", "bulk-timeout", "--count", "2"});
+    EXPECT_NE(OB_Calibrate(), OB_NoError);
+    Sim({"strip", "builtin:grey8"});
+    EXPECT_EQ(OB_TriggerMeasurement(), OB_DeviceNotCalibrated) << LastError();
+    CalibrateOnTheTile();
+    EXPECT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
 }
 
 TEST_F(OrbelTest, APulledCableGivesTwoAndThePluggedInstrumentComesBackWithItsWhite)

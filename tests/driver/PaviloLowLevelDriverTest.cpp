@@ -266,6 +266,49 @@ TEST_F(PaviloLowLevelDriverTest, AScanFillsTheFifoRowByRowAndIsBooked)
     EXPECT_EQ(LogU32(10003), scansBefore + 1) << "scans are not retried and a failed one isn't booked";
 }
 
+// The replacement count sizes the packets of the strip as it sizes the instrument's.
+TEST_F(PaviloLowLevelDriverTest, AScanTakesTheReplacementCount)
+{
+    Open();
+    for (const std::uint32_t count : {1u, 3u, 25u}) {
+        ConfigurationData conditions = Conditions(0.0068f, 10, false);
+        conditions.SetU32(2008, 1);
+        conditions.SetU32(9189, count);
+        conditions.Mark(2008, true);
+        conditions.Mark(9189, true);
+        driver->SetConditions(conditions);
+        DrawStripOf(23);
+        SensorDataFifo fifo;
+        driver->MeasureScan(fifo, conditions);
+        EXPECT_EQ(fifo.Size(), (23 + count - 1) / count * count) << count;
+    }
+}
+
+// A strip cut off after some of its packets came in leaves none of them to the next strip.
+TEST_F(PaviloLowLevelDriverTest, AFailedScanLeavesNothingForTheNext)
+{
+    const auto scanOf = [this](std::uint32_t measurements, SensorDataFifo& fifo) {
+        ConfigurationData conditions = Conditions(0.0068f, 1, false);
+        conditions.SetU32(2008, 1);
+        conditions.Mark(2008, true);
+        driver->SetConditions(conditions);
+        DrawStripOf(measurements);
+        driver->MeasureScan(fifo, conditions);
+    };
+    Open();
+    // The cable goes at one transfer or another of the strip.
+    for (const char* transfer : {"3", "5", "8", "13"}) {
+        sim.Command({"fault", "drop", "--count", transfer});
+        SensorDataFifo failed;
+        OutOfBoundText([&] { scanOf(230, failed); });
+        sim.Command({"plug"});
+        Open();
+        SensorDataFifo fifo;
+        scanOf(23, fifo);
+        EXPECT_EQ(fifo.Size(), 23u) << "cut at transfer " << transfer;
+    }
+}
+
 TEST_F(PaviloLowLevelDriverTest, LogCountersSurviveARestartOfTheInstrument)
 {
     const std::string file = sim.Directory() + "/eeprom.bin";

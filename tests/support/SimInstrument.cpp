@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <random>
 #include <stdexcept>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -25,13 +26,14 @@ std::string NewDirectory()
 
 }
 
-SimInstrument::SimInstrument(std::uint32_t serial) : directory(NewDirectory()), ownsDirectory(true), serial(serial)
+SimInstrument::SimInstrument(std::uint32_t serial, std::string timeScale)
+    : directory(NewDirectory()), ownsDirectory(true), serial(serial), timeScale(std::move(timeScale))
 {
     Start();
 }
 
 SimInstrument::SimInstrument(const SimInstrument& neighbour, std::uint32_t serial)
-    : directory(neighbour.directory), ownsDirectory(false), serial(serial)
+    : directory(neighbour.directory), ownsDirectory(false), serial(serial), timeScale(neighbour.timeScale)
 {
     Start();
 }
@@ -47,7 +49,7 @@ SimInstrument::~SimInstrument()
 
 void SimInstrument::Start()
 {
-    const ProgramResult started = Run({"start", "--noise", "off", "--time-scale", "0"});
+    const ProgramResult started = Run({"start", "--noise", "off", "--time-scale", timeScale});
     if (started.exitCode != 0) {
         throw std::runtime_error("orbel-sim start failed: " + started.err);
     }

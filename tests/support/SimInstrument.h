@@ -14,8 +14,9 @@ class SimInstrument {
 public:
     static constexpr std::uint32_t DefaultSerial = 1000001;
 
-    // Starts an instrument in a new private directory, with no noise and no waiting.
-    explicit SimInstrument(std::uint32_t serial = DefaultSerial);
+    // Starts an instrument in a new private directory, with no noise and, at the time scale 0,
+    // no waiting.
+    explicit SimInstrument(std::uint32_t serial = DefaultSerial, std::string timeScale = "0");
     // Starts one more instrument in the directory of another.
     SimInstrument(const SimInstrument& neighbour, std::uint32_t serial);
     ~SimInstrument();
@@ -36,6 +37,7 @@ private:
     std::string directory;
     bool ownsDirectory;
     std::uint32_t serial;
+    std::string timeScale;
 };
 
 }

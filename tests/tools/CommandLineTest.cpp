@@ -72,6 +72,11 @@ TEST(SpectrumFileTest, ReadsThirtySixValuesAndSaysWhatIsWrong)
     EXPECT_EQ(SpectrumError(text + " 0.9"), "paper.txt: a spectrum has 36 values (380 to 730 nm), this one 37");
     EXPECT_EQ(SpectrumError("0,5 0.6"), "paper.txt: a spectrum has 36 values (380 to 730 nm), this one 3");
     EXPECT_EQ(SpectrumError("0.5 x"), "paper.txt: 'x' is not a number");
+    for (const char* word : {"nan", "inf", "-inf", "1e999"}) {
+        EXPECT_EQ(
+            SpectrumError(std::string(word) + " " + text), std::string("paper.txt: '") + word + "' is not a number");
+    }
+    EXPECT_EQ(SpectrumFile::Parse("\xEF\xBB\xBF" + text, "marked.txt"), spectrum);
 }
 
 TEST(DecimalTextTest, NoNegativeZeroAndShortestRoundTrip)
@@ -89,7 +94,7 @@ TEST(ApplicationTest, HelpForEveryCommandAndUsageErrors)
     for (const char* command : {"info", "calibrate", "measure", "scan", "substrate", "demo"}) {
         std::ostringstream out;
         std::ostringstream messages;
-        EXPECT_EQ(application.Run({command, "--help"}, out, messages), 0) << command;
+        EXPECT_EQ(application.Run({command, command[0] == 's' ? "-h" : "--help"}, out, messages), 0) << command;
         EXPECT_EQ(out.str().rfind(std::string("usage: orbel ") + command, 0), 0u) << out.str();
         EXPECT_NE(out.str().find("\nexamples:\n  "), std::string::npos) << command;
     }
@@ -100,4 +105,5 @@ TEST(ApplicationTest, HelpForEveryCommandAndUsageErrors)
     EXPECT_EQ(application.Run({"paint"}, out, messages), CliError::UsageStatus);
     EXPECT_EQ(application.Run({}, out, messages), CliError::UsageStatus);
     EXPECT_EQ(application.Run({"--help"}, out, messages), 0);
+    EXPECT_EQ(application.Run({"-h"}, out, messages), 0);
 }

@@ -137,6 +137,12 @@ TEST(FormatterTest, CgatsReadsBackWithHeaderFieldsAndSets)
     EXPECT_DOUBLE_EQ(cgats.Number(0, "XYZ_X"), 41.2346);
     EXPECT_DOUBLE_EQ(cgats.Number(0, "LAB_B"), 0.001);
     EXPECT_DOUBLE_EQ(cgats.Number(1, "D_RED"), 1.235);
+
+    MeasurementReport broken = TwoSamples();
+    broken.samples[0].id = "two\nlines\r";
+    const auto kept = CgatsReader::Read(Written("cgats", broken));
+    ASSERT_EQ(kept.sets.size(), 2u);
+    EXPECT_EQ(kept.Text(0, "SAMPLE_ID"), "two lines ");
 }
 
 TEST(FormatterTest, CgatsAndCsvLeaveOutWhatNotEverySampleHas)
