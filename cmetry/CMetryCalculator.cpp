@@ -131,7 +131,7 @@ HvColorVector ConvertToRGB(const HvColorVector& vector)
     return rgb;
 }
 
-double Chroma(const HvColorVector& vector)
+double VectorChroma(const HvColorVector& vector)
 {
     const double a = vector[1];
     const double b = vector[2];
@@ -187,7 +187,7 @@ HvColorVector CMetryCalculator::GetDeltaVector(const HvColorVector& vector1, con
     HvColorVector difference(vector1);
     difference.Subtract(vector2);
     const double deltaL = difference[0];
-    const double deltaC = Chroma(vector1) - Chroma(vector2);
+    const double deltaC = VectorChroma(vector1) - VectorChroma(vector2);
     const double length = difference.GetLength();
     double deltaH = std::sqrt(std::fabs(length * length - deltaL * deltaL - deltaC * deltaC));
     const double orientation =

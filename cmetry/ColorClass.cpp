@@ -11,7 +11,7 @@ namespace CMetry {
 
 namespace {
 
-constexpr double degreesPerRadian = 180.0 / M_PI;
+constexpr double hueDegreesPerRadian = 180.0 / M_PI;
 // A neutral colour has no hue; its chroma limit keeps it achromatic whatever its chroma.
 constexpr int noHue = -1;
 constexpr double limitWithoutHue = 1001.0;
@@ -32,7 +32,7 @@ double ChromaLimit(double lightness)
 // The hue in whole degrees, truncated before the quadrant is added.
 int WholeHue(double a, double b)
 {
-    const int truncated = a == 0.0 ? 0 : static_cast<int>(std::atan(b / a) * degreesPerRadian);
+    const int truncated = a == 0.0 ? 0 : static_cast<int>(std::atan(b / a) * hueDegreesPerRadian);
     if (a > 0.0) {
         return b >= 0.0 ? truncated : truncated + 360;
     }

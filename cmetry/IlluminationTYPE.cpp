@@ -10,13 +10,13 @@ using Utilities::String;
 
 namespace {
 
-struct Keyword {
+struct IlluminationKeyword {
     Illumination type;
     const char* text;
 };
 
 // The types that have a keyword of their own, in the order a text is compared with them.
-constexpr Keyword plainKeywords[] = {
+constexpr IlluminationKeyword plainKeywords[] = {
     {Illumination::A, "A"},
     {Illumination::B, "B"},
     {Illumination::C, "C"},
@@ -29,7 +29,7 @@ constexpr Keyword plainKeywords[] = {
     {Illumination::F11, "F11"},
 };
 
-constexpr Keyword closingKeywords[] = {
+constexpr IlluminationKeyword closingKeywords[] = {
     {Illumination::Undefined, "Undefined"},
     {Illumination::Userdefined, "Userdefined"},
     {Illumination::Emission, "Emission"},
@@ -94,12 +94,12 @@ String ToString(const IlluminationTYPE& illumination)
     default:
         break;
     }
-    for (const Keyword& keyword : plainKeywords) {
+    for (const IlluminationKeyword& keyword : plainKeywords) {
         if (keyword.type == illumination.GetType()) {
             return String(keyword.text);
         }
     }
-    for (const Keyword& keyword : closingKeywords) {
+    for (const IlluminationKeyword& keyword : closingKeywords) {
         if (keyword.type == illumination.GetType()) {
             return String(keyword.text);
         }
@@ -109,7 +109,7 @@ String ToString(const IlluminationTYPE& illumination)
 
 IlluminationTYPE ParseIllumination(const String& text)
 {
-    for (const Keyword& keyword : plainKeywords) {
+    for (const IlluminationKeyword& keyword : plainKeywords) {
         if (text == String(keyword.text)) {
             return IlluminationTYPE(keyword.type);
         }
@@ -120,7 +120,7 @@ IlluminationTYPE ParseIllumination(const String& text)
     if (IsDaylightText(text)) {
         return IlluminationTYPE::Daylight(NumberBehind(text, static_cast<unsigned long>(text.Find(':')) + 1));
     }
-    for (const Keyword& keyword : closingKeywords) {
+    for (const IlluminationKeyword& keyword : closingKeywords) {
         if (text == String(keyword.text)) {
             return IlluminationTYPE(keyword.type);
         }

@@ -25,7 +25,7 @@ namespace {
 constexpr std::size_t valuesPerSpectrum = SpectrumBatch::valuesPerSpectrum;
 constexpr std::size_t perResult = SpectrumBatch::valuesPerResult;
 
-[[noreturn]] void ThrowCalculationFailed()
+[[noreturn]] void ThrowBatchCalculationFailed()
 {
     throw ExceptionCMetry(TranslatedMessage("CMetryCalculator"));
 }
@@ -306,7 +306,7 @@ SpectrumBatch::Values SpectrumBatch::PaperWhite() const
 {
     Values paperWhite{};
     if (dividedByPaperWhite && !GetPaperWhiteValues(paperWhite.data())) {
-        ThrowCalculationFailed();
+        ThrowBatchCalculationFailed();
     }
     return paperWhite;
 }

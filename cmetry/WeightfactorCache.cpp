@@ -8,7 +8,7 @@ using Utilities::SmartPointer;
 
 namespace {
 
-const HvSpectrum* AddressOf(const SmartPointer<HvSpectrum>& spectrum)
+const HvSpectrum* SpectrumAddress(const SmartPointer<HvSpectrum>& spectrum)
 {
     return spectrum.IsNull() ? nullptr : &*spectrum;
 }
@@ -47,7 +47,7 @@ bool WeightfactorCache::Fits(const HvMeasureConditions& conditions) const
 {
     return !weightfactors.IsNull() && illumination == conditions.GetIllumination() &&
         observer == conditions.GetObserver() &&
-        AddressOf(userDefinedIllumination) == AddressOf(conditions.GetUserDefinedIlluminationPointer());
+        SpectrumAddress(userDefinedIllumination) == SpectrumAddress(conditions.GetUserDefinedIlluminationPointer());
 }
 
 void WeightfactorCache::Store(const SmartPointer<const Weightfactors>& built, const HvMeasureConditions& conditions)

@@ -12,7 +12,7 @@ namespace DeviceDriver {
 
 namespace {
 
-Utilities::ComponentCreatorNormal<PaviloFunctionality_PC> creator(
+Utilities::ComponentCreatorNormal<PaviloFunctionality_PC> functionalityCreator(
     "PaviloFunctionality", "$Revision: 1.17 $", "HviInstrument");
 
 constexpr std::uint8_t measureRequestCode = 192;

@@ -30,7 +30,7 @@ using Items = ConditionItems;
 
 namespace {
 
-Utilities::ComponentCreatorNormal<PaviloLowLevelDriver> creator(
+Utilities::ComponentCreatorNormal<PaviloLowLevelDriver> lowLevelDriverCreator(
     "PaviloLowLevelDriver", "$Revision: 1.87 $", "HviInstrument");
 
 constexpr std::uint8_t NotEnoughPower = 8;

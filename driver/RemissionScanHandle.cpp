@@ -12,7 +12,7 @@ constexpr uint32_t whiteRepeats = 4;
 constexpr float halfLevel = 0.5f;
 constexpr float shortestStripTime = 0.012f;
 constexpr uint32_t countChangeSleepMs = 300;
-constexpr uint32_t settleSleepMs = 1000;
+constexpr uint32_t scanSettleSleepMs = 1000;
 
 }
 
@@ -115,7 +115,7 @@ void RemissionScanHandle::AdaptToHalfLevel()
         time = shortestStripTime;
     }
     SetConditionFloat(ConditionItems::integrationTime, time);
-    Sleep(settleSleepMs);
+    Sleep(scanSettleSleepMs);
 }
 
 }

@@ -44,7 +44,7 @@ constexpr int stopWaitMs = 5000;
 const std::set<std::string> valueOptions = {"--serial", "--noise", "--time-scale", "--eeprom", "--count", "--speed"};
 const std::set<std::string> flagOptions = {"--uv-cut", "--foreground", "--verbose"};
 
-const std::map<std::string, std::pair<std::size_t, std::set<std::string>>> commands = {
+const std::map<std::string, std::pair<std::size_t, std::set<std::string>>> commandOptions = {
     {"start", {0, {"--serial", "--uv-cut", "--noise", "--time-scale", "--foreground", "--eeprom", "--verbose"}}},
     {"stop", {0, {"--serial", "--verbose"}}},
     {"unplug", {0, {"--serial", "--verbose"}}},
@@ -76,8 +76,8 @@ Arguments Parse(const std::vector<std::string>& args)
             parsed.positional.push_back(arg);
         }
     }
-    const auto command = commands.find(parsed.command);
-    if (command == commands.end()) {
+    const auto command = commandOptions.find(parsed.command);
+    if (command == commandOptions.end()) {
         throw UsageError(parsed.command.empty() ? "no command given" : "unknown command '" + parsed.command + "'");
     }
     if (parsed.positional.size() != command->second.first) {

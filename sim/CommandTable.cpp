@@ -12,7 +12,7 @@ struct CommandShape {
     std::uint32_t length;
 };
 
-constexpr CommandShape commands[] = {
+constexpr CommandShape commandShapes[] = {
     {CommandTable::measureRequest, 0, 0},
     {CommandTable::setMeasureParameters, 0, 8},
     {CommandTable::getMeasureParameters, 1, 8},
@@ -26,7 +26,7 @@ constexpr CommandShape commands[] = {
 
 const CommandShape* FindCommand(std::uint8_t code)
 {
-    for (const CommandShape& shape : commands) {
+    for (const CommandShape& shape : commandShapes) {
         if (shape.code == code) {
             return &shape;
         }

@@ -15,7 +15,8 @@ namespace Utilities {
 
 namespace {
 
-ComponentCreatorSingleton<FileLanguageService> creator("LanguageService", "$Revision: 1.33 $", "Utilities");
+ComponentCreatorSingleton<FileLanguageService> languageServiceCreator(
+    "LanguageService", "$Revision: 1.33 $", "Utilities");
 
 using Guard = std::lock_guard<std::recursive_mutex>;
 

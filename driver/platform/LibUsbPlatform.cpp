@@ -6,7 +6,7 @@ namespace DeviceDriver {
 
 namespace {
 
-const char* const PathPrefix = "usb:";
+const char* const libUsbPathPrefix = "usb:";
 // The deepest chain of hubs that USB allows.
 constexpr int MaxPortDepth = 7;
 
@@ -38,7 +38,7 @@ LibUsbPlatform::LibUsbPlatform(std::uint16_t vendorId, std::uint16_t productId)
 
 bool LibUsbPlatform::Serves(const Utilities::String& path) const
 {
-    return HasPrefix(path, PathPrefix);
+    return HasPrefix(path, libUsbPathPrefix);
 }
 
 std::vector<Utilities::String> LibUsbPlatform::EnumerateDevices()
@@ -149,7 +149,7 @@ std::string LibUsbPlatform::PathOf(libusb_device* device)
 {
     std::uint8_t ports[MaxPortDepth] = {};
     const int depth = libusb_get_port_numbers(device, ports, MaxPortDepth);
-    std::string path = PathPrefix + std::to_string(libusb_get_bus_number(device)) + "-";
+    std::string path = libUsbPathPrefix + std::to_string(libusb_get_bus_number(device)) + "-";
     for (int i = 0; i < depth; ++i) {
         if (i > 0) {
             path += '.';

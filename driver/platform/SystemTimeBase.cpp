@@ -7,7 +7,7 @@ namespace DeviceDriver {
 
 namespace {
 
-constexpr int64_t microsecondsPerSecond = 1000000;
+constexpr int64_t clockMicrosecondsPerSecond = 1000000;
 
 }
 
@@ -17,7 +17,7 @@ int64_t SystemTimeBase::MicrosecondsSince1970()
 {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    return static_cast<int64_t>(now.tv_sec) * microsecondsPerSecond + now.tv_nsec / 1000;
+    return static_cast<int64_t>(now.tv_sec) * clockMicrosecondsPerSecond + now.tv_nsec / 1000;
 }
 
 void SystemTimeBase::Sleep(int64_t microseconds)
@@ -26,8 +26,8 @@ void SystemTimeBase::Sleep(int64_t microseconds)
         return;
     }
     timespec remaining{};
-    remaining.tv_sec = static_cast<time_t>(microseconds / microsecondsPerSecond);
-    remaining.tv_nsec = static_cast<long>((microseconds % microsecondsPerSecond) * 1000);
+    remaining.tv_sec = static_cast<time_t>(microseconds / clockMicrosecondsPerSecond);
+    remaining.tv_nsec = static_cast<long>((microseconds % clockMicrosecondsPerSecond) * 1000);
     while (nanosleep(&remaining, &remaining) != 0 && errno == EINTR) {
     }
 }

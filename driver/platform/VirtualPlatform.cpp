@@ -16,7 +16,7 @@ namespace DeviceDriver {
 
 namespace {
 
-const char* const PathPrefix = "sim:";
+const char* const virtualPathPrefix = "sim:";
 const std::string SocketSuffix = ".sock";
 // How long an instrument may take to take a new connection as its own.
 constexpr std::uint32_t GreetingTimeoutMs = 2000;
@@ -49,7 +49,7 @@ Utilities::String VirtualPlatform::DefaultDirectory()
 
 bool VirtualPlatform::Serves(const Utilities::String& path) const
 {
-    return HasPrefix(path, PathPrefix);
+    return HasPrefix(path, virtualPathPrefix);
 }
 
 std::vector<Utilities::String> VirtualPlatform::EnumerateDevices()
@@ -66,7 +66,7 @@ std::vector<Utilities::String> VirtualPlatform::EnumerateDevices()
     std::vector<Utilities::String> paths;
     paths.reserve(serials.size());
     for (const std::string& serial : serials) {
-        paths.emplace_back(PathPrefix + serial);
+        paths.emplace_back(virtualPathPrefix + serial);
     }
     return paths;
 }
@@ -75,7 +75,7 @@ UsbResult VirtualPlatform::Open(const Utilities::String& path, std::unique_ptr<U
 {
     connection.reset();
     const std::string text = path.ToStdString();
-    const std::string serial = Serves(path) ? text.substr(std::strlen(PathPrefix)) : std::string();
+    const std::string serial = Serves(path) ? text.substr(std::strlen(virtualPathPrefix)) : std::string();
     if (!IsSerial(serial)) {
         return UsbResult::Failure(EINVAL);
     }

@@ -8,7 +8,8 @@ using Utilities::String;
 
 namespace {
 
-Utilities::ComponentCreatorNormal<FindDevices_V1_Impl> creator("FindDevices_V1_Impl", "$Revision: 1.4 $", "Pavilo");
+Utilities::ComponentCreatorNormal<FindDevices_V1_Impl> findDevicesCreator(
+    "FindDevices_V1_Impl", "$Revision: 1.4 $", "Pavilo");
 
 }
 

@@ -22,7 +22,7 @@ using Utilities::String;
 
 namespace {
 
-Utilities::ComponentCreatorSingleton<Pavilo> creator(
+Utilities::ComponentCreatorSingleton<Pavilo> paviloCreator(
     "Pavilo", "$Revision: 1.37 $", "HviInstrument", {{"HviInstrument", Utilities::Anything("Pavilo")}});
 
 const char* const offeredInOrder[] = {

@@ -9,7 +9,8 @@ namespace Utilities {
 
 namespace {
 
-ComponentCreatorNormal<MutexImplementation_PC> creator("MutexImplementation", "$Revision: 1.5 $", "Multithreading");
+ComponentCreatorNormal<MutexImplementation_PC> mutexCreator(
+    "MutexImplementation", "$Revision: 1.5 $", "Multithreading");
 
 }
 

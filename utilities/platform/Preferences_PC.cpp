@@ -16,7 +16,7 @@ namespace Utilities {
 
 namespace {
 
-ComponentCreatorSingleton<Preferences_PC> creator("Preferences", "$Revision: 1.4 $", "Utilities");
+ComponentCreatorSingleton<Preferences_PC> preferencesCreator("Preferences", "$Revision: 1.4 $", "Utilities");
 
 constexpr std::string::size_type longestValue = 1023;
 constexpr char settingsExtension[] = ".ini";

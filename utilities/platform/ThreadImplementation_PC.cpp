@@ -10,7 +10,8 @@ namespace Utilities {
 
 namespace {
 
-ComponentCreatorNormal<ThreadImplementation_PC> creator("ThreadImplementation", "$Revision: 1.4 $", "Multithreading");
+ComponentCreatorNormal<ThreadImplementation_PC> threadCreator(
+    "ThreadImplementation", "$Revision: 1.4 $", "Multithreading");
 
 }
 
