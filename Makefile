@@ -20,10 +20,15 @@ bench: configure
 	cmake --build $(BUILD) -j $(JOBS) --target bench
 
 # A tour of the instrument on a virtual one, plugged in for the tour and unplugged after it. It
-# builds only what the tour runs: the module, the program and the virtual instrument.
-demo: configure
-	cmake --build $(BUILD) -j $(JOBS) --target orbel orbel-cli orbel-sim
-	@sh scripts/demo.sh $(BUILD)
+# builds only what the tour runs: the module, the program and the virtual instrument, in a build
+# of its own that a fresh clone finishes soon: a unity build, lightly optimised, without debug
+# information and without the tests.
+DEMO_BUILD ?= build-demo
+demo:
+	cmake -S . -B $(DEMO_BUILD) -DCMAKE_UNITY_BUILD=ON -DBUILD_TESTING=OFF -DCMAKE_BUILD_TYPE=Release \
+	  "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -DNDEBUG" "-DCMAKE_C_FLAGS_RELEASE=-O1 -DNDEBUG" $(CMAKE_FLAGS)
+	cmake --build $(DEMO_BUILD) -j $(JOBS) --target orbel orbel-cli orbel-sim
+	@sh scripts/demo.sh $(DEMO_BUILD)
 
 # The same tests under AddressSanitizer with UndefinedBehaviorSanitizer, and under ThreadSanitizer.
 asan:
@@ -68,4 +73,4 @@ tidy:
 	run-clang-tidy -p $(BUILD) -j $(JOBS) -quiet '$(CURDIR)/(api|control|manager|driver|cmetry|utilities|diagnostics|tools|plugins)/'
 
 clean:
-	rm -rf build build-asan build-tsan build-package
+	rm -rf build build-asan build-tsan build-package $(DEMO_BUILD)
