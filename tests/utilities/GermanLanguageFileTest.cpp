@@ -16,7 +16,8 @@ using namespace Utilities;
 
 namespace {
 
-const std::filesystem::path shipped = std::filesystem::path(__FILE__).parent_path() / "../../packaging/Languages";
+// From the tests folder the build names, not from __FILE__: a packager maps source paths away.
+const std::filesystem::path shipped = std::filesystem::path(ORBEL_TEST_DATA) / "../packaging/Languages";
 
 std::vector<std::string> LinesOf(const std::string& name)
 {
