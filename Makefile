@@ -27,7 +27,7 @@ DEMO_BUILD ?= build-demo
 demo:
 	cmake -S . -B $(DEMO_BUILD) -DCMAKE_UNITY_BUILD=ON -DBUILD_TESTING=OFF -DCMAKE_BUILD_TYPE=Release \
 	  "-DCMAKE_CXX_FLAGS_RELEASE=-O1 -DNDEBUG" "-DCMAKE_C_FLAGS_RELEASE=-O1 -DNDEBUG" $(CMAKE_FLAGS)
-	cmake --build $(DEMO_BUILD) -j $(JOBS) --target orbel orbel-cli orbel-sim
+	cmake --build $(DEMO_BUILD) -j $(JOBS) --target orbel-demo-programs
 	@sh scripts/demo.sh $(DEMO_BUILD)
 
 # The same tests under AddressSanitizer with UndefinedBehaviorSanitizer, and under ThreadSanitizer.
