@@ -25,17 +25,6 @@ constexpr float uvOfNoColor1976[2] = {4.0f / 19.0f, 9.0f / 19.0f};
 // The level of the spectrum whose chromaticity stands in for black's.
 constexpr float blackStandIn = 1e-5f;
 
-// Y of the perfect diffuser as its weights give it, summed as the Y of a spectrum is: each step
-// rounded through double. It lies up to 1e-4 off the 100 of the white point, enough for a* 8e-5.
-double PerfectDiffuserY(const Weightfactors& weightfactors)
-{
-    float sum = 0.0f;
-    for (float weight : weightfactors.GetWeights(1)) {
-        sum += static_cast<double>(weight);
-    }
-    return sum;
-}
-
 WhitePoint WhiteOf(const HvMeasureConditions& conditions)
 {
     return WhiteOf(*WeightfactorCache::Update(conditions));
@@ -103,14 +92,14 @@ bool UVY1976(const HvColorVector& vector, std::array<double, 3>& uvY)
 }
 
 // The white of the weights, its Y the one its own weights give, so that the perfect diffuser is
-// exactly neutral. A set of weights that could not be built has no white; asking it for its
-// weights raises the failure that left it without.
+// exactly neutral (100 would leave a* up to 8e-5 off 0). A set of weights that could not be built has no white; asking
+// it for its weights raises the failure that left it without.
 WhitePoint WhiteOf(const Weightfactors& weightfactors)
 {
     if (!weightfactors.HasWeights()) {
         weightfactors.GetWeights(0);
     }
-    const double y = weightfactors.IsEmission() ? weightfactors.GetWhitePoint(1) : PerfectDiffuserY(weightfactors);
+    const double y = weightfactors.IsEmission() ? weightfactors.GetWhitePoint(1) : weightfactors.GetPerfectDiffuserY();
     return {weightfactors.GetWhitePoint(0), y, weightfactors.GetWhitePoint(2)};
 }
 

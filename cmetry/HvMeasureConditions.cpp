@@ -32,22 +32,21 @@ String WavelengthText(uint16_t wavelength)
     return String(static_cast<unsigned long>(wavelength)) + String("nm");
 }
 
-// The value stored when it is a keyword of its list, else the failure of that list.
-void StoreKeyword(String& target, const String& value, bool isKeyword, const char* failure)
+// The failure of a value that is no keyword of its list.
+void CheckKeyword(const String& value, bool isKeyword, const char* failure)
 {
     if (!isKeyword) {
         throw ExceptionCMetry(TranslatedMessage(failure, "%VALUE%", value));
     }
-    target = value;
 }
 
 }
 
+// Every new object starts with the one set of default values, copied at its first change.
 HvMeasureConditions::HvMeasureConditions()
-    : illumination(Illumination::D65), observer(Observer::TwoDegree), whiteBase(WhiteBase::Automatic),
-      densityStandard(DensityStandard::DIN), densityFilterMode(DensityFilterMode::Auto), colorSpace("CIELab"),
-      deltaEFormula("CIELab"), physicalFilter(PhysicalFilter::No), absoluteOrDeltaVector("AbsoluteVector")
 {
+    static const std::shared_ptr<Values> defaults = std::make_shared<Values>();
+    values = defaults;
 }
 
 HvMeasureConditions::HvMeasureConditions(const HvMeasureConditions& other) = default;
@@ -56,10 +55,20 @@ HvMeasureConditions& HvMeasureConditions::operator=(const HvMeasureConditions& o
 
 HvMeasureConditions::~HvMeasureConditions() = default;
 
+// Only this object can take a new share of values it alone holds, so a count of 1 stays 1 here.
+HvMeasureConditions::Values& HvMeasureConditions::Writable()
+{
+    if (values.use_count() != 1) {
+        values = std::make_shared<Values>(*values);
+    }
+    return *values;
+}
+
 void HvMeasureConditions::SetCondition(const String& key, const String& value)
 {
     if (Is(key, ConditionKey::physicalFilter)) {
-        physicalFilter = ParsePhysicalFilter(value);
+        const PhysicalFilter parsed = ParsePhysicalFilter(value);
+        Writable().physicalFilter = parsed;
         return;
     }
     if (SetEnumeratedCondition(key, value) || SetTextCondition(key, value)) {
@@ -70,7 +79,7 @@ void HvMeasureConditions::SetCondition(const String& key, const String& value)
         return;
     }
     if (Is(key, ConditionKey::customCondition) || AreCustomConditionsEnabled()) {
-        customConditions[key] = value;
+        Writable().customConditions[key] = value;
         return;
     }
     throw ExceptionCMetry(TranslatedMessage("Modification not supported for key: %KEY%", "%KEY%", key));
@@ -86,15 +95,17 @@ void HvMeasureConditions::SetCondition(const Map<String, String>& conditions)
 bool HvMeasureConditions::SetEnumeratedCondition(const String& key, const String& value)
 {
     if (Is(key, ConditionKey::observer)) {
-        observer = ParseObserver(value);
+        SetObserver(ParseObserver(value));
     } else if (Is(key, ConditionKey::illumination)) {
         SetIllumination(ParseIllumination(value));
     } else if (Is(key, ConditionKey::whiteBase)) {
-        whiteBase = ParseWhiteBase(value);
+        SetWhiteBase(ParseWhiteBase(value));
     } else if (Is(key, ConditionKey::densityStandard)) {
-        densityStandard = ParseDensityStandard(value);
+        const DensityStandard parsed = ParseDensityStandard(value);
+        Writable().densityStandard = parsed;
     } else if (Is(key, ConditionKey::densityFilterMode)) {
-        densityFilterMode = ParseDensityFilterMode(value);
+        const DensityFilterMode parsed = ParseDensityFilterMode(value);
+        Writable().densityFilterMode = parsed;
     } else {
         return false;
     }
@@ -104,13 +115,15 @@ bool HvMeasureConditions::SetEnumeratedCondition(const String& key, const String
 bool HvMeasureConditions::SetTextCondition(const String& key, const String& value)
 {
     if (Is(key, ConditionKey::colorSpace)) {
-        StoreKeyword(colorSpace, value, ConditionVocabulary::IsColorSpace(value), "%VALUE% is not a valid color space");
+        CheckKeyword(value, ConditionVocabulary::IsColorSpace(value), "%VALUE% is not a valid color space");
+        Writable().colorSpace = value;
     } else if (Is(key, ConditionKey::absoluteOrDeltaVector)) {
-        StoreKeyword(absoluteOrDeltaVector, value, ConditionVocabulary::IsAbsoluteOrDeltaVector(value),
+        CheckKeyword(value, ConditionVocabulary::IsAbsoluteOrDeltaVector(value),
             "%VALUE% is not valid for absolute or relative vectors");
+        Writable().absoluteOrDeltaVector = value;
     } else if (Is(key, ConditionKey::deltaEFormula)) {
-        StoreKeyword(deltaEFormula, value, ConditionVocabulary::IsDeltaEFormula(value),
-            "%VALUE% is not a valid delta E formula");
+        CheckKeyword(value, ConditionVocabulary::IsDeltaEFormula(value), "%VALUE% is not a valid delta E formula");
+        Writable().deltaEFormula = value;
     } else {
         return false;
     }
@@ -124,16 +137,16 @@ String HvMeasureConditions::GetCondition(const String& key) const
         return value;
     }
     if (Is(key, ConditionKey::colorSpace)) {
-        return colorSpace;
+        return values->colorSpace;
     }
     if (Is(key, ConditionKey::absoluteOrDeltaVector)) {
-        return absoluteOrDeltaVector;
+        return values->absoluteOrDeltaVector;
     }
     if (Is(key, ConditionKey::deltaEFormula)) {
-        return deltaEFormula;
+        return values->deltaEFormula;
     }
     if (AreCustomConditionsEnabled()) {
-        auto entry = customConditions.Find(key);
+        auto entry = values->customConditions.Find(key);
         if (entry.IsValid()) {
             return entry.Value();
         }
@@ -144,7 +157,7 @@ String HvMeasureConditions::GetCondition(const String& key) const
 bool HvMeasureConditions::GetEnumeratedCondition(const String& key, String& value) const
 {
     if (Is(key, ConditionKey::physicalFilter)) {
-        value = ToString(physicalFilter);
+        value = ToString(values->physicalFilter);
     } else if (Is(key, ConditionKey::numberOfDataPoints)) {
         value = String(static_cast<unsigned long>(numberOfDataPoints));
     } else if (Is(key, ConditionKey::wavelengthMaximum)) {
@@ -152,15 +165,15 @@ bool HvMeasureConditions::GetEnumeratedCondition(const String& key, String& valu
     } else if (Is(key, ConditionKey::wavelengthMinimum)) {
         value = WavelengthText(wavelengthMinimum);
     } else if (Is(key, ConditionKey::observer)) {
-        value = ToString(observer);
+        value = ToString(values->observer);
     } else if (Is(key, ConditionKey::illumination)) {
-        value = ToString(illumination);
+        value = ToString(values->illumination);
     } else if (Is(key, ConditionKey::whiteBase)) {
-        value = ToString(whiteBase);
+        value = ToString(values->whiteBase);
     } else if (Is(key, ConditionKey::densityStandard)) {
-        value = ToString(densityStandard);
+        value = ToString(values->densityStandard);
     } else if (Is(key, ConditionKey::densityFilterMode)) {
-        value = ToString(densityFilterMode);
+        value = ToString(values->densityFilterMode);
     } else {
         return false;
     }
@@ -169,17 +182,24 @@ bool HvMeasureConditions::GetEnumeratedCondition(const String& key, String& valu
 
 bool HvMeasureConditions::AreCustomConditionsEnabled() const
 {
-    auto entry = customConditions.Find(String(ConditionKey::customCondition));
+    auto entry = values->customConditions.Find(String(ConditionKey::customCondition));
     return entry.IsValid() && Is(entry.Value(), "Enable");
 }
 
+// Objects that share their values are equal without a look at them.
 bool HvMeasureConditions::operator==(const HvMeasureConditions& other) const
 {
-    return !(colorSpace != other.colorSpace) && illumination == other.illumination && observer == other.observer &&
-        whiteBase == other.whiteBase && densityStandard == other.densityStandard &&
-        densityFilterMode == other.densityFilterMode && !(deltaEFormula != other.deltaEFormula) &&
-        physicalFilter == other.physicalFilter && !(absoluteOrDeltaVector != other.absoluteOrDeltaVector) &&
-        AddressOf(userDefinedIllumination) == AddressOf(other.userDefinedIllumination);
+    if (values == other.values) {
+        return true;
+    }
+    const Values& mine = *values;
+    const Values& theirs = *other.values;
+    return !(mine.colorSpace != theirs.colorSpace) && mine.illumination == theirs.illumination &&
+        mine.observer == theirs.observer && mine.whiteBase == theirs.whiteBase &&
+        mine.densityStandard == theirs.densityStandard && mine.densityFilterMode == theirs.densityFilterMode &&
+        !(mine.deltaEFormula != theirs.deltaEFormula) && mine.physicalFilter == theirs.physicalFilter &&
+        !(mine.absoluteOrDeltaVector != theirs.absoluteOrDeltaVector) &&
+        AddressOf(mine.userDefinedIllumination) == AddressOf(theirs.userDefinedIllumination);
 }
 
 Utilities::Vector<String> HvMeasureConditions::GetValidValues(const String& key)
@@ -189,40 +209,60 @@ Utilities::Vector<String> HvMeasureConditions::GetValidValues(const String& key)
 
 String HvMeasureConditions::GetChannelName(uint16_t index) const
 {
-    return ConditionVocabulary::GetChannelName(colorSpace, Is(absoluteOrDeltaVector, "DeltaVector"), index);
+    return ConditionVocabulary::GetChannelName(
+        values->colorSpace, Is(values->absoluteOrDeltaVector, "DeltaVector"), index);
 }
 
 void HvMeasureConditions::SetIllumination(const IlluminationTYPE& value)
 {
-    illumination = value;
+    Values& writable = Writable();
+    writable.illumination = value;
     if (value.GetType() != Illumination::Userdefined) {
-        userDefinedIllumination = SmartPointer<HvSpectrum>();
+        writable.userDefinedIllumination = SmartPointer<HvSpectrum>();
+    }
+}
+
+void HvMeasureConditions::SetObserver(Observer value)
+{
+    Writable().observer = value;
+}
+
+void HvMeasureConditions::SetWhiteBase(WhiteBase value)
+{
+    Writable().whiteBase = value;
+}
+
+// Results take the filter of their spectrum, which mostly is theirs already: no copy then.
+void HvMeasureConditions::CopyPhysicalFilter(const HvMeasureConditions& source)
+{
+    if (values->physicalFilter != source.values->physicalFilter) {
+        Writable().physicalFilter = source.values->physicalFilter;
     }
 }
 
 void HvMeasureConditions::SetUserDefinedIllumination(const HvSpectrum& spectrum)
 {
-    userDefinedIllumination = SmartPointer<HvSpectrum>(new HvSpectrum(spectrum));
+    Writable().userDefinedIllumination = SmartPointer<HvSpectrum>(new HvSpectrum(spectrum));
     SetIllumination(IlluminationTYPE(Illumination::Userdefined));
 }
 
 HvSpectrum HvMeasureConditions::GetUserDefinedIllumination() const
 {
-    return *userDefinedIllumination;
+    return *values->userDefinedIllumination;
 }
 
 Diagnostics::String HvMeasureConditions::GetValueString() const
 {
     Diagnostics::String text("HvMeasureConditions: ");
-    text += ToString(illumination).CString();
+    text += ToString(values->illumination).CString();
     text += ", ";
-    text += ToString(observer).CString();
+    text += ToString(values->observer).CString();
     text += ", ";
-    text += ToString(whiteBase).CString();
+    text += ToString(values->whiteBase).CString();
     text += ", ";
-    text += colorSpace.CString();
+    text += values->colorSpace.CString();
     text += ", ";
-    text += absoluteOrDeltaVector.CString();
+    text += values->absoluteOrDeltaVector.CString();
     return text;
 }
 

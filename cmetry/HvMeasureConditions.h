@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "cmetry/Enumerations.h"
 #include "cmetry/IlluminationTYPE.h"
@@ -16,7 +17,9 @@ class HvSpectrum;
 
 // One set of conditions under which a colorimetric value holds. From outside it is addressed by
 // text keys ("Colorimetric.Illumination" = "D50"); inside it holds numbers and texts. A copy
-// shares the user-defined illumination with its original.
+// shares the user-defined illumination with its original. Copies share one set of values until
+// one of them changes, so that every result can carry the conditions it was computed under at the
+// price of a reference count.
 class HvMeasureConditions {
 public:
     // The fixed grid of every spectrum: 36 data points from 380 nm to 730 nm.
@@ -46,20 +49,20 @@ public:
     // vector as they say; the empty text where there is none.
     Utilities::String GetChannelName(uint16_t index) const;
 
-    const IlluminationTYPE& GetIllumination() const { return illumination; }
+    const IlluminationTYPE& GetIllumination() const { return values->illumination; }
     // Any type but "Userdefined" releases the user-defined illumination.
     void SetIllumination(const IlluminationTYPE& value);
-    Observer GetObserver() const { return observer; }
-    void SetObserver(Observer value) { observer = value; }
-    WhiteBase GetWhiteBase() const { return whiteBase; }
-    void SetWhiteBase(WhiteBase value) { whiteBase = value; }
-    DensityStandard GetDensityStandard() const { return densityStandard; }
-    DensityFilterMode GetDensityFilterMode() const { return densityFilterMode; }
-    PhysicalFilter GetPhysicalFilter() const { return physicalFilter; }
-    void CopyPhysicalFilter(const HvMeasureConditions& source) { physicalFilter = source.physicalFilter; }
-    const Utilities::String& GetColorSpace() const { return colorSpace; }
-    const Utilities::String& GetDeltaEFormula() const { return deltaEFormula; }
-    const Utilities::String& GetAbsoluteOrDeltaVector() const { return absoluteOrDeltaVector; }
+    Observer GetObserver() const { return values->observer; }
+    void SetObserver(Observer value);
+    WhiteBase GetWhiteBase() const { return values->whiteBase; }
+    void SetWhiteBase(WhiteBase value);
+    DensityStandard GetDensityStandard() const { return values->densityStandard; }
+    DensityFilterMode GetDensityFilterMode() const { return values->densityFilterMode; }
+    PhysicalFilter GetPhysicalFilter() const { return values->physicalFilter; }
+    void CopyPhysicalFilter(const HvMeasureConditions& source);
+    const Utilities::String& GetColorSpace() const { return values->colorSpace; }
+    const Utilities::String& GetDeltaEFormula() const { return values->deltaEFormula; }
+    const Utilities::String& GetAbsoluteOrDeltaVector() const { return values->absoluteOrDeltaVector; }
 
     // Keeps a copy of the spectrum and sets the illumination to "Userdefined".
     void SetUserDefinedIllumination(const HvSpectrum& spectrum);
@@ -68,7 +71,7 @@ public:
     // The spectrum itself, for what must tell one user-defined illumination from another.
     const Utilities::SmartPointer<HvSpectrum>& GetUserDefinedIlluminationPointer() const
     {
-        return userDefinedIllumination;
+        return values->userDefinedIllumination;
     }
 
     Diagnostics::String GetValueString() const;
@@ -79,19 +82,26 @@ private:
     bool GetEnumeratedCondition(const Utilities::String& key, Utilities::String& value) const;
     bool AreCustomConditionsEnabled() const;
 
-    IlluminationTYPE illumination;
-    Observer observer;
-    WhiteBase whiteBase;
-    DensityStandard densityStandard;
-    DensityFilterMode densityFilterMode;
-    Utilities::String colorSpace;
-    Utilities::String deltaEFormula;
-    PhysicalFilter physicalFilter;
-    Utilities::String absoluteOrDeltaVector;
-    // A missing "CustomCondition" counts as "Disable", so a new object and its copies allocate
-    // nothing for the custom conditions.
-    Utilities::Map<Utilities::String, Utilities::String> customConditions;
-    Utilities::SmartPointer<HvSpectrum> userDefinedIllumination;
+    struct Values {
+        IlluminationTYPE illumination{Illumination::D65};
+        Observer observer = Observer::TwoDegree;
+        WhiteBase whiteBase = WhiteBase::Automatic;
+        DensityStandard densityStandard = DensityStandard::DIN;
+        DensityFilterMode densityFilterMode = DensityFilterMode::Auto;
+        Utilities::String colorSpace{"CIELab"};
+        Utilities::String deltaEFormula{"CIELab"};
+        PhysicalFilter physicalFilter = PhysicalFilter::No;
+        Utilities::String absoluteOrDeltaVector{"AbsoluteVector"};
+        // A missing "CustomCondition" counts as "Disable", so a new object and its copies
+        // allocate nothing for the custom conditions.
+        Utilities::Map<Utilities::String, Utilities::String> customConditions;
+        Utilities::SmartPointer<HvSpectrum> userDefinedIllumination;
+    };
+
+    // The values of this object alone, copied first if another object shares them.
+    Values& Writable();
+
+    std::shared_ptr<Values> values;
 };
 
 }

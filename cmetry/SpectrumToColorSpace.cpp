@@ -6,7 +6,6 @@
 
 #include "cmetry/ColorSpaceConversion.h"
 #include "cmetry/Tristimulus.h"
-#include "cmetry/WeightfactorCache.h"
 
 namespace CMetry {
 
@@ -62,7 +61,6 @@ double MgHue(double hue)
 
 }
 
-// With the white of the weights GetXYZ used, so that the weights are looked up once.
 bool GetLab(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, HvColorVector& out)
 {
     Utilities::SmartPointer<const Weightfactors> weightfactors;
@@ -90,7 +88,8 @@ bool GetxyY(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, H
 
 bool GetLuv(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, HvColorVector& out)
 {
-    if (!GetXYZ(spectrum, conditions, out)) {
+    Utilities::SmartPointer<const Weightfactors> weightfactors;
+    if (!GetXYZ(spectrum, conditions, out, weightfactors)) {
         return false;
     }
     std::array<double, 3> xyz = {out[0], out[1], out[2]};
@@ -102,8 +101,8 @@ bool GetLuv(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, H
         xyz = {out[0], out[1], out[2]};
         denominator = xyz[0] + 15.0 * xyz[1] + 3.0 * xyz[2];
     }
-    ConvertXYZToLab(out, out);
-    Write(out, out[0], 4.0 * xyz[0] / denominator, 9.0 * xyz[1] / denominator);
+    const double lightness = LabOf(&out[0], WhiteOf(*weightfactors))[0];
+    Write(out, lightness, 4.0 * xyz[0] / denominator, 9.0 * xyz[1] / denominator);
     return true;
 }
 
@@ -136,10 +135,10 @@ bool GetLABmg(const HvSpectrum& spectrum, const HvMeasureConditions& conditions,
 
 bool GetHunterLab(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, HvColorVector& out)
 {
-    if (!GetXYZ(spectrum, conditions, out)) {
+    Utilities::SmartPointer<const Weightfactors> weightfactors;
+    if (!GetXYZ(spectrum, conditions, out, weightfactors)) {
         return false;
     }
-    const Utilities::SmartPointer<const Weightfactors> weightfactors = WeightfactorCache::Update(out.GetConditions());
     const double x = out[0];
     const double y = out[1];
     const double z = out[2];
@@ -153,10 +152,10 @@ bool GetHunterLab(const HvSpectrum& spectrum, const HvMeasureConditions& conditi
 
 bool GetRxRyRz(const HvSpectrum& spectrum, const HvMeasureConditions& conditions, HvColorVector& out)
 {
-    if (!GetXYZ(spectrum, conditions, out)) {
+    Utilities::SmartPointer<const Weightfactors> weightfactors;
+    if (!GetXYZ(spectrum, conditions, out, weightfactors)) {
         return false;
     }
-    const Utilities::SmartPointer<const Weightfactors> weightfactors = WeightfactorCache::Update(out.GetConditions());
     const std::span<const float> xWeights = weightfactors->GetWeights(0);
     double shortWaveSum = 0.0;
     for (uint16_t index = 0; index < shortWaveLobeCount; ++index) {

@@ -6,7 +6,8 @@
 
 namespace CMetry {
 
-// The ways from a spectrum to each colour space; each starts with GetXYZ. The result carries the
+// The ways from a spectrum to each colour space; each starts with GetXYZ and goes on with the
+// weights it used, so that the weights are looked up once per spectrum. The result carries the
 // conditions as GetXYZ gives them, colour-space type included, so a caller that wants another type
 // sets it in the conditions it passes. False, with out unspecified, only when white base "Paper"
 // finds no paper white.

@@ -41,7 +41,7 @@ float Dot(std::span<const float> row, const std::vector<float>& entries, int sta
 
 Weightfactors::Weightfactors(const HvMeasureConditions& conditions)
     : k(0.0f), dataCount(conditions.numberOfDataPoints), dataMinimum(conditions.wavelengthMinimum),
-      dataMaximum(conditions.wavelengthMaximum), dataStep(0), whitePoint{}, emission(false)
+      dataMaximum(conditions.wavelengthMaximum), dataStep(0), whitePoint{}, perfectDiffuserY(0.0), emission(false)
 {
     try {
         Build(conditions);
@@ -98,6 +98,11 @@ void Weightfactors::TakeWhitePoint()
         whitePoint[axis] = sum;
     }
     whitePoint[1] = whiteY;
+    float ySum = 0.0f;
+    for (float weight : GetWeights(1)) {
+        ySum += static_cast<double>(weight);
+    }
+    perfectDiffuserY = ySum;
 }
 
 // x-bar, y-bar, z-bar at 1 nm over the calculation range; 0 beyond the end of a table.
@@ -195,6 +200,7 @@ void Weightfactors::Clear(const Utilities::String& failureText)
     observer.clear();
     weights.clear();
     whitePoint = {};
+    perfectDiffuserY = 0.0;
     failure = failureText;
 }
 

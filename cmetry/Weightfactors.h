@@ -34,6 +34,9 @@ public:
     std::span<const float> GetWeights(uint16_t axis) const;
     // X, Y, Z of the perfect diffuser; 0 for an axis above 2 and without weights.
     float GetWhitePoint(uint16_t axis) const;
+    // Y of the perfect diffuser as the weights sum it, each step rounded through double as the Y
+    // of a spectrum is; it lies up to 1e-4 off the 100 of the white point. 0 without weights.
+    double GetPerfectDiffuserY() const { return perfectDiffuserY; }
     float GetK() const { return k; }
     bool IsEmission() const { return emission; }
     uint16_t GetNumberOfDataPoints() const { return dataCount; }
@@ -64,6 +67,7 @@ private:
     uint16_t dataMaximum;
     uint16_t dataStep;
     std::array<float, numberOfAxes> whitePoint;
+    double perfectDiffuserY;
     bool emission;
     Utilities::String failure;
 };

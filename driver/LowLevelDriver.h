@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "utilities/Component.h"
+#include "utilities/Mutex.h"
 #include "utilities/Observee.h"
 #include "utilities/Observer.h"
 #include "utilities/SmartPointer.h"
@@ -41,6 +42,9 @@ public:
     virtual bool Attach(const Utilities::String& connection, Utilities::Observer<long>* observer) = 0;
     virtual bool Detach(Utilities::Observer<long>* observer) = 0;
     virtual bool IsOpen() = 0;
+    // The lock that keeps each transfer with the instrument whole. A step of several transfers
+    // holds it across them, so that it is taken once, not once per transfer.
+    virtual Utilities::Mutex GetDeviceMutex() = 0;
 };
 
 }

@@ -11,6 +11,7 @@
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/LanguageTranslator.h"
 #include "utilities/Mutex.h"
+#include "utilities/MutexLock.h"
 #include "utilities/ResolveAs.h"
 
 namespace DeviceDriver {
@@ -225,9 +226,13 @@ bool MeasurementHandle::GetState(uint16_t id, long& value)
     }
 }
 
+// The conditions and the measurement go to the instrument under one hold of its lock, which the
+// transfers of the step then find held.
 void MeasurementHandle::MeasureSensor(SensorData& sensor)
 {
     RequireOpen();
+    Utilities::Mutex device = driver->GetDeviceMutex();
+    const Utilities::MutexLock held(device);
     SendChangedConditions();
     driver->Measure(sensor, conditions);
 }
@@ -235,6 +240,8 @@ void MeasurementHandle::MeasureSensor(SensorData& sensor)
 void MeasurementHandle::MeasureStrip(SensorDataFifo& fifo)
 {
     RequireOpen();
+    Utilities::Mutex device = driver->GetDeviceMutex();
+    const Utilities::MutexLock held(device);
     SendChangedConditions();
     driver->MeasureScan(fifo, conditions);
 }

@@ -179,6 +179,11 @@ bool PaviloFunctionality::IsDeviceOpen()
     return functionality->IsDeviceOpen();
 }
 
+Utilities::Mutex PaviloFunctionality::GetDeviceMutex()
+{
+    return functionality->GetDeviceMutex();
+}
+
 bool PaviloFunctionality::OpenDevice(const Utilities::String& address)
 {
     const bool opened = functionality->OpenDevice(address);

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "driver/PaviloFunctionalityByte.h"
+#include "utilities/Mutex.h"
 #include "utilities/Observee.h"
 #include "utilities/SmartPointer.h"
 #include "utilities/String.h"
@@ -39,6 +40,7 @@ public:
     void Reset(std::uint16_t code);
     void GetScanData(std::uint8_t* target, std::uint32_t& size);
     bool IsDeviceOpen();
+    Utilities::Mutex GetDeviceMutex();
     // Both drop the image, so that a change made by another process is seen.
     bool OpenDevice(const Utilities::String& address);
     bool CloseDevice();

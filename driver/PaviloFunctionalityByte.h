@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "utilities/Component.h"
+#include "utilities/Mutex.h"
 #include "utilities/Observee.h"
 #include "utilities/String.h"
 
@@ -44,6 +45,8 @@ public:
     // 0 for a press of the measurement key, 1 for a lost connection.
     virtual void NotifyObservers(long event) = 0;
     virtual bool IsDeviceOpen() = 0;
+    // The lock of the open device's transfers; a lock of its own while there is no device.
+    virtual Utilities::Mutex GetDeviceMutex() = 0;
 
     // The one who hears of the instrument's events; may be null. Events come on other threads.
     void SetOwner(Utilities::Observee<long>* newOwner) { owner.store(newOwner); }

@@ -284,4 +284,9 @@ bool PaviloFunctionality_PC::IsDeviceOpen()
     return !device.IsNull() && device->IsOpen();
 }
 
+Utilities::Mutex PaviloFunctionality_PC::GetDeviceMutex()
+{
+    return device.IsNull() ? Utilities::Mutex() : device->GetDeviceMutex();
+}
+
 }

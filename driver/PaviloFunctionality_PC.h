@@ -41,6 +41,7 @@ public:
     bool CloseDevice() override;
     void NotifyObservers(long event) override;
     bool IsDeviceOpen() override;
+    Utilities::Mutex GetDeviceMutex() override;
 
     Utilities::String GetValueString() const;
 

@@ -527,6 +527,11 @@ bool PaviloLowLevelDriver::IsOpen()
     return functionality.IsDeviceOpen();
 }
 
+Utilities::Mutex PaviloLowLevelDriver::GetDeviceMutex()
+{
+    return functionality.GetDeviceMutex();
+}
+
 bool PaviloLowLevelDriver::Open(const String& connection)
 {
     filterState = 0;

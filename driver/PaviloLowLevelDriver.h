@@ -52,6 +52,7 @@ public:
     bool Attach(const Utilities::String& connection, Utilities::Observer<long>* observer) override;
     bool Detach(Utilities::Observer<long>* observer) override;
     bool IsOpen() override;
+    Utilities::Mutex GetDeviceMutex() override;
 
     virtual bool Open(const Utilities::String& connection);
     virtual bool Close();

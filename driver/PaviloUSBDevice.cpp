@@ -188,13 +188,11 @@ Utilities::String PaviloUSBDevice::PlatformErrorText(const UsbResult& result)
 
 bool PaviloUSBDevice::IsOpen()
 {
-    const Utilities::MutexLock held(deviceMutex);
     return open;
 }
 
 bool PaviloUSBDevice::IsLost()
 {
-    const Utilities::MutexLock held(deviceMutex);
     return lost;
 }
 

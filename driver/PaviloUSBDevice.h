@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -34,9 +35,12 @@ public:
     PaviloUSBDevice(const PaviloUSBDevice&) = delete;
     PaviloUSBDevice& operator=(const PaviloUSBDevice&) = delete;
 
+    // Both answer without the device mutex: they only read a flag, and a transfer of another
+    // thread or process must not keep them waiting.
     virtual bool IsOpen();
     // True from a transfer or the listener finding the instrument gone until it opens again.
     bool IsLost();
+    Utilities::Mutex GetDeviceMutex() const { return deviceMutex; }
 
     // Never raises; gives the open flag afterwards.
     bool Open();
@@ -95,8 +99,8 @@ private:
     // The pipes as this device sees them; the listener keeps its own reference until it ends.
     std::shared_ptr<UsbConnection> connection;
     bool shutdownRequested;
-    bool open;
-    bool lost;
+    std::atomic<bool> open;
+    std::atomic<bool> lost;
     bool listening;
     std::unique_ptr<InterruptLatch> interruptLatch;
     std::list<std::unique_ptr<Notifier>> notifiers;

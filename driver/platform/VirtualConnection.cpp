@@ -93,12 +93,12 @@ void VirtualConnection::CancelBulkReads()
         if (entry.bulkRead && !entry.answer && !entry.refusal) {
             entry.cancelled = true;
             anyUnanswered = true;
+            WakeCollector(entry);
         }
     }
     if (!anyUnanswered || gone) {
         return;
     }
-    answered.notify_all();
     const Frame::Request cancel{Frame::Kind::CancelBulkReads, NextRequestId(), 0, 0};
     lock.unlock();
     Send(cancel, {});
@@ -161,8 +161,7 @@ void VirtualConnection::Cancel()
     for (auto& [requestId, entry] : waiting) {
         entry.cancelled = true;
     }
-    answered.notify_all();
-    interruptChanged.notify_all();
+    NotifyAll();
     if (!interruptOutstanding) {
         return;
     }
@@ -205,17 +204,18 @@ std::uint32_t VirtualConnection::Post(Frame::Request request, const std::vector<
 // has answered; the answer is then in `outcome`. A wait of 0 has no limit.
 UsbResult VirtualConnection::Collect(std::uint32_t requestId, std::uint64_t waitMs, Waiting& outcome)
 {
+    std::condition_variable settledHere;
     std::unique_lock<std::mutex> lock(stateMutex);
-    const auto settled = [&] {
-        const Waiting& entry = waiting[requestId];
-        return entry.answer || entry.cancelled || entry.refusal || gone;
-    };
+    Waiting& entry = waiting[requestId];
+    entry.collector = &settledHere;
+    const auto settled = [&] { return entry.answer || entry.cancelled || entry.refusal || gone; };
     if (waitMs == 0) {
-        answered.wait(lock, settled);
+        settledHere.wait(lock, settled);
     } else {
-        answered.wait_for(lock, std::chrono::milliseconds(waitMs), settled);
+        settledHere.wait_for(lock, std::chrono::milliseconds(waitMs), settled);
     }
-    outcome = std::move(waiting[requestId]);
+    outcome = std::move(entry);
+    outcome.collector = nullptr;
     waiting.erase(requestId);
     if (outcome.refusal) {
         return *outcome.refusal;
@@ -335,7 +335,7 @@ void VirtualConnection::File(const Frame::AnswerHeader& header, std::vector<std:
         interruptChanged.notify_all();
     } else if (const auto found = waiting.find(header.requestId); found != waiting.end()) {
         found->second.answer = Answer{header.status, std::move(body)};
-        answered.notify_all();
+        WakeCollector(found->second);
     }
 }
 
@@ -349,8 +349,18 @@ void VirtualConnection::MarkGone()
 // With the state mutex held.
 void VirtualConnection::NotifyAll()
 {
-    answered.notify_all();
+    for (const auto& [requestId, entry] : waiting) {
+        WakeCollector(entry);
+    }
     interruptChanged.notify_all();
+}
+
+// With the state mutex held, which the collector needs before it can leave its wait.
+void VirtualConnection::WakeCollector(const Waiting& entry)
+{
+    if (entry.collector != nullptr) {
+        entry.collector->notify_one();
+    }
 }
 
 UsbResult VirtualConnection::Received(const Answer& answer, std::uint8_t* buffer, std::uint32_t capacity)

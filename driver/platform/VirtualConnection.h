@@ -54,6 +54,8 @@ private:
         std::uint8_t* buffer = nullptr;
         std::uint32_t capacity = 0;
         bool bulkRead = false;
+        // The wait of the thread that collects the answer, while it waits.
+        std::condition_variable* collector = nullptr;
     };
 
     UsbResult Exchange(
@@ -69,6 +71,7 @@ private:
     void File(const Frame::AnswerHeader& header, std::vector<std::uint8_t> body);
     void MarkGone();
     void NotifyAll();
+    void WakeCollector(const Waiting& entry);
     static UsbResult Received(const Answer& answer, std::uint8_t* buffer, std::uint32_t capacity);
     static UsbResult Sent(const Answer& answer, std::uint32_t length);
     static UsbResult Refused(Frame::Status status);
@@ -76,8 +79,8 @@ private:
     const int socket;
     std::mutex sendMutex;
     std::mutex stateMutex;
-    // Answers to control and bulk transfers wake their waiters only, interrupts the listener only.
-    std::condition_variable answered;
+    // An answer to a control or bulk transfer wakes the thread that collects it, and no other;
+    // interrupts wake the listener only.
     std::condition_variable interruptChanged;
     std::map<std::uint32_t, Waiting> waiting;
     std::uint32_t lastRequestId = 0;

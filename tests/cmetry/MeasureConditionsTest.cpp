@@ -337,6 +337,13 @@ TEST(MeasureConditions, AMapOfConditionsStopsAtItsFirstFailure)
     EXPECT_EQ("CMC", ConditionOf(conditions, "ColorSpaceDescription.DeltaEFormula"));
 }
 
+// One change of each condition away from the defaults.
+const std::pair<const char*, const char*> changes[] = {{"ColorSpaceDescription.Type", "CIEXYZ"},
+    {"Colorimetric.Illumination", "D50"}, {"Colorimetric.Observer", "TenDegree"},
+    {"Colorimetric.WhiteBase", "Absolute"}, {"Colorimetric.DensityStandard", "ANSIT"},
+    {"Colorimetric.DensityFilterMode", "Cyan"}, {"ColorSpaceDescription.DeltaEFormula", "94"},
+    {"Physical.Filter", "UVCut"}, {"ColorSpaceDescription.AbsoluteOrDeltaVector", "DeltaVector"}};
+
 TEST(MeasureConditions, EqualityTakesEveryConditionButTheCustomOnes)
 {
     const auto with = [](const char* key, const char* value) {
@@ -344,11 +351,6 @@ TEST(MeasureConditions, EqualityTakesEveryConditionButTheCustomOnes)
         changed.SetCondition(key, value);
         return changed;
     };
-    const std::pair<const char*, const char*> changes[] = {{"ColorSpaceDescription.Type", "CIEXYZ"},
-        {"Colorimetric.Illumination", "D50"}, {"Colorimetric.Observer", "TenDegree"},
-        {"Colorimetric.WhiteBase", "Absolute"}, {"Colorimetric.DensityStandard", "ANSIT"},
-        {"Colorimetric.DensityFilterMode", "Cyan"}, {"ColorSpaceDescription.DeltaEFormula", "94"},
-        {"Physical.Filter", "UVCut"}, {"ColorSpaceDescription.AbsoluteOrDeltaVector", "DeltaVector"}};
     for (const auto& [key, value] : changes) {
         EXPECT_NE(HvMeasureConditions(), with(key, value)) << key;
     }
@@ -359,6 +361,31 @@ TEST(MeasureConditions, EqualityTakesEveryConditionButTheCustomOnes)
     HvMeasureConditions other;
     other.CopyPhysicalFilter(filtered);
     EXPECT_EQ(filtered, other);
+}
+
+// Copies share their values until one of them changes; the change must stay with the one changed.
+TEST(MeasureConditions, AChangeStaysWithTheCopyChanged)
+{
+    for (const auto& [key, value] : changes) {
+        HvMeasureConditions changed;
+        const HvMeasureConditions copy = changed;
+        changed.SetCondition(key, value);
+        EXPECT_EQ(value, ConditionOf(changed, key));
+        EXPECT_EQ(HvMeasureConditions(), copy) << key;
+        EXPECT_NE(HvMeasureConditions(), changed) << key;
+    }
+    HvMeasureConditions source;
+    HvMeasureConditions changed = source;
+    changed.SetObserver(Observer::TenDegree);
+    changed.SetWhiteBase(WhiteBase::Paper);
+    changed.SetUserDefinedIllumination(CMetryTest::Flat(50.0f));
+    changed.SetCondition("CustomCondition", "Enable");
+    source.SetIllumination(IlluminationTYPE(Illumination::A));
+    EXPECT_EQ(Observer::TwoDegree, source.GetObserver());
+    EXPECT_EQ(WhiteBase::Automatic, source.GetWhiteBase());
+    EXPECT_TRUE(source.GetUserDefinedIlluminationPointer().IsNull());
+    EXPECT_EQ("Undefined", ConditionOf(source, "CustomCondition"));
+    EXPECT_EQ(Illumination::Userdefined, changed.GetIllumination().GetType());
 }
 
 TEST(MeasureConditions, UserDefinedIlluminationIsSharedByCopiesAndComparedByIdentity)
