@@ -368,7 +368,7 @@ class EmulatedBus:
         self.descriptors = InstrumentLink.descriptors(socket_path)
         self.vendor, self.product = struct.unpack_from('<HH', self.descriptors, 8)
         self.testbed = UMockdev.Testbed.new()
-        self.device = None
+        self.device, self.retired = None, None
         self.stopping = threading.Event()
         self._add()
         self.watcher = threading.Thread(target=self._watch)
@@ -383,8 +383,9 @@ class EmulatedBus:
     def close(self):
         self.stopping.set()
         self.watcher.join()
-        if self.device:
-            self.device.close()
+        for device in (self.device, self.retired):
+            if device:
+                device.close()
         self.testbed = None  # its folder goes with it
 
     def _entry(self):
@@ -398,6 +399,11 @@ class EmulatedBus:
             'H: descriptors=' + self.descriptors.hex().upper(), ''])
 
     def _add(self):
+        if self.retired:
+            # Its clients have seen "no device" and let go; the node's emulation is the new one's now.
+            self.testbed.detach_ioctl(DEVNODE)
+            self.retired.close()
+            self.retired = None
         self.testbed.add_from_string(self._entry())
         self.device = UsbDevice(self.socket_path, self.verbose)
         self.testbed.attach_ioctl(DEVNODE, self.device.handler)
@@ -406,12 +412,11 @@ class EmulatedBus:
         log(self.verbose, 'plugged in')
 
     def _remove(self):
+        """Clients that still hold the node reap their failed URBs from the retired device."""
         self.device.unplug()
         self.testbed.uevent(SYSPATH, 'remove')
-        self.testbed.detach_ioctl(DEVNODE)
         self.testbed.remove_device(SYSPATH)
-        self.device.close()
-        self.device = None
+        self.retired, self.device = self.device, None
         log(self.verbose, 'unplugged')
 
     def _watch(self):
