@@ -299,7 +299,9 @@ TEST_F(OrbelTest, AFailedOpenTellsItsCause)
     Sim({"plug"});
     Sim({"place", "tile"});
     int failures = 0;
-    int32_t code = OB_Calibrate();
+    int32_t code = OB_DeviceNotConnected;
+    // Over USB the instrument arrives a moment after the plug.
+    ASSERT_TRUE(Eventually([&code] { return (code = OB_Calibrate()) != OB_DeviceNotConnected; }));
     for (; code != OB_NoError && failures < 20; code = OB_Calibrate()) {
         ++failures;
         EXPECT_EQ(code, OB_ExceptionOccured);
