@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test demo bench asan tsan stress-sanitizers stress-one format check-format check-sources check-packages tidy clean
+.PHONY: all configure test demo bench bench-usb asan tsan stress-sanitizers stress-one format check-format check-sources check-packages tidy clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -18,6 +18,12 @@ test: all
 
 bench: configure
 	cmake --build $(BUILD) -j $(JOBS) --target bench
+
+# The transport benchmarks over the virtual instrument shown as a USB device (needs umockdev).
+bench-usb: configure
+	cmake --build $(BUILD) -j $(JOBS) --target orbel_bench orbel-sim
+	sh tests/api/run-over-usb.sh $(BUILD)/sim/orbel-sim $(BUILD)/bench/orbel_bench \
+		--benchmark_filter='TriggerMeasurementHostCpu|StripThroughput|OpenAndLoad'
 
 # A tour of the instrument on a virtual one, plugged in for the tour and unplugged after it. It
 # builds only what the tour runs: the module, the program and the virtual instrument, in a build

@@ -6,7 +6,8 @@
 namespace OrbelBench {
 
 // A virtual instrument at time scale 0 in a directory of its own, for the life of the program,
-// on a time base a thousand times faster. The directories are set before the module's first
+// on a time base a thousand times faster; or, under orbel-sim usb-run, the instrument it shows as
+// a USB device, left running. The directories are set before the module's first
 // call, which is what finds them.
 class BenchInstrument {
 public:
@@ -22,6 +23,7 @@ public:
 
 private:
     std::filesystem::path directory;
+    bool owned;
     bool started = false;
 };
 

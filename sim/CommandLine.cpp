@@ -1,5 +1,6 @@
 #include "sim/CommandLine.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -13,6 +14,7 @@
 #include "sim/SimLog.h"
 #include "sim/platform/Daemon.h"
 #include "sim/platform/SimDirectory.h"
+#include "sim/platform/UsbBridge.h"
 
 namespace OrbelSim {
 
@@ -27,6 +29,8 @@ const char* const usage =
     "  strip SPEC [--speed MM_PER_S] [--serial N]   builtin:<name> or a file of patches\n"
     "  fault KIND [--count N] [--serial N]   control-timeout, bulk-timeout, short-read, low-power, drop,\n"
     "                                erase-eeprom, break-log-main, break-log-mirror\n"
+    "  usb-run [--serial N] [--verbose] -- COMMAND [ARGS...]   runs COMMAND with the running instrument\n"
+    "                                as a USB device (umockdev), ORBEL_USB_ID set and ORBEL_VIRTUAL=off\n"
     "The time scale multiplies every duration of the instrument: 0.01 runs a hundred times faster.\n";
 
 struct UsageError : std::invalid_argument {
@@ -54,6 +58,7 @@ const std::map<std::string, std::pair<std::size_t, std::set<std::string>>> comma
     {"place", {1, {"--serial", "--verbose"}}},
     {"strip", {1, {"--serial", "--speed", "--verbose"}}},
     {"fault", {1, {"--serial", "--count", "--verbose"}}},
+    {"usb-run", {0, {"--serial", "--verbose"}}},
 };
 
 Arguments Parse(const std::vector<std::string>& args)
@@ -251,6 +256,19 @@ int Command(const Arguments& arguments, std::ostream& out, std::ostream& err)
     return 0;
 }
 
+int UsbRun(const std::vector<std::string>& args, std::ostream& err)
+{
+    const auto split = std::find(args.begin(), args.end(), "--");
+    if (split == args.end() || split + 1 == args.end()) {
+        throw UsageError("usb-run needs the command to run after --");
+    }
+    const Arguments arguments = Parse({args.begin(), split});
+    const std::string failure = UsbBridge::Exec(SimDirectory::Resolve(), ParseSerial(arguments),
+        arguments.options.count("--verbose") > 0, {split + 1, args.end()});
+    err << "orbel-sim: " << failure << "\n";
+    return 1;
+}
+
 } // namespace
 
 int CommandLine::Run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err)
@@ -260,6 +278,9 @@ int CommandLine::Run(const std::vector<std::string>& args, std::ostream& out, st
         return 0;
     }
     try {
+        if (!args.empty() && args[0] == "usb-run") {
+            return UsbRun(args, err);
+        }
         const Arguments arguments = Parse(args);
         return arguments.command == "start" ? Start(arguments, out, err) : Command(arguments, out, err);
     } catch (const UsageError& error) {

@@ -5,6 +5,7 @@
 //   place TARGET [--serial N]
 //   strip SPEC [--speed MM_PER_S] [--serial N]
 //   fault KIND [--count N] [--serial N]
+//   usb-run [--serial N] [--verbose] -- COMMAND [ARGS...]
 // The time scale multiplies every duration of the instrument: 0.01 runs a hundred times faster.
 
 #include <cstdint>

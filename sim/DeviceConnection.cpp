@@ -1,6 +1,7 @@
 #include "sim/DeviceConnection.h"
 
 #include "sim/SimLog.h"
+#include "sim/UsbDescriptors.h"
 
 namespace OrbelSim {
 
@@ -41,6 +42,8 @@ std::string Describe(const RequestHeader& header, const std::vector<std::uint8_t
         return "cancel";
     case TransferKind::CancelBulkReads:
         return "cancel bulk reads";
+    case TransferKind::Descriptors:
+        return "descriptors";
     }
     return "kind " + std::to_string(header.kind);
 }
@@ -106,6 +109,8 @@ void DeviceConnection::Dispatch(Request request)
         return CancelInterruptRead(header);
     case TransferKind::CancelBulkReads:
         return CancelBulkReads(header);
+    case TransferKind::Descriptors:
+        return Answer(header, {TransferStatus::Ok, UsbDescriptors::Bytes(), {}});
     case TransferKind::Control: {
         const bool out = bodySize > 0 && request.body[0] == 0;
         const std::size_t expected = WireFrame::controlRequestSize + (out ? header.transferLength : 0);

@@ -44,6 +44,9 @@
 //   6 cancel bulk reads  ends every bulk read sent before it and not yet answered, the one being
 //                   served and those waiting their turn; each is answered with status 5, the frame
 //                   itself with status 0
+//   7 descriptors   the instrument's USB descriptors, answered at once: the 18-byte device
+//                   descriptor followed by the whole configuration descriptor (UsbDescriptors.h),
+//                   for a bridge that shows the instrument as a USB device
 // Control and bulk frames of one connection are served one after the other in the order sent;
 // an interrupt read and the cancels are served beside them at any time. A cancel always reaches
 // the requests sent before it, however soon it follows them.
@@ -84,7 +87,8 @@ enum class TransferKind : std::uint8_t {
     BulkWrite = 3,
     InterruptRead = 4,
     Cancel = 5,
-    CancelBulkReads = 6
+    CancelBulkReads = 6,
+    Descriptors = 7
 };
 
 enum class TransferStatus : std::uint8_t { Ok = 0, Stall = 1, Timeout = 2, Short = 3, NoDevice = 4, Cancelled = 5 };

@@ -1,5 +1,6 @@
 #include "tests/api/ApiSimEnvironment.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
@@ -18,6 +19,17 @@ namespace {
 
 OrbelTest::SimInstrument* simulated = nullptr;
 std::filesystem::path lockDirectory;
+
+// The instrument that a wrapper runs already (orbel-sim usb-run names it), or one of our own.
+OrbelTest::SimInstrument* NewInstrument()
+{
+    const char* serial = std::getenv("ORBEL_SIM_SERIAL");
+    const char* directory = std::getenv("ORBEL_SIM_DIR");
+    if (serial != nullptr && directory != nullptr) {
+        return new OrbelTest::SimInstrument(directory, static_cast<std::uint32_t>(std::stoul(serial)));
+    }
+    return new OrbelTest::SimInstrument(OrbelTest::SimInstrument::DefaultSerial, ORBEL_SIM_TIME_SCALE);
+}
 
 // Registered before the module's object exists, so it runs after that object's own exit step.
 void StopAtExit()
@@ -43,7 +55,7 @@ void ApiSimEnvironment::SetUp()
         std::filesystem::temp_directory_path() / ("orbel-api-locks-" + std::to_string(std::random_device()()));
     std::filesystem::create_directories(lockDirectory);
     ::setenv("ORBEL_LOCK_DIR", lockDirectory.c_str(), 1);
-    simulated = new OrbelTest::SimInstrument(OrbelTest::SimInstrument::DefaultSerial, ORBEL_SIM_TIME_SCALE);
+    simulated = NewInstrument();
     ::setenv("ORBEL_SIM_DIR", simulated->Directory().c_str(), 1);
     // The instrument runs fast, so the driver's pauses need not last.
     DeviceDriver::TimeBase::Replace(Utilities::SmartPointer<DeviceDriver::TimeBase>(

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <thread>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "include/orbel.h"
+#include "tests/TemporaryDirectory.h"
 #include "tests/api/ApiSimEnvironment.h"
 #include "tests/support/HolderProcess.h"
 
@@ -290,13 +292,16 @@ TEST_F(OrbelTest, ValuesThatMakeNoNumbersAreRefusedWhereTheyAreSet)
 TEST_F(OrbelTest, AFailedOpenTellsItsCause)
 {
     Sim({"unplug"});
-    EXPECT_EQ(OB_IsConnected(), OB_DeviceNotConnected);
+    // Over USB the module hears of it a moment later, from the system.
+    EXPECT_TRUE(Eventually([] { return OB_IsConnected() == OB_DeviceNotConnected; }));
     // Each attempt to open takes some twenty questions of the power.
     Sim({"fault", "low-power", "--count", "300"});
     Sim({"plug"});
     Sim({"place", "tile"});
     int failures = 0;
-    int32_t code = OB_Calibrate();
+    int32_t code = OB_DeviceNotConnected;
+    // Over USB the instrument arrives a moment after the plug.
+    ASSERT_TRUE(Eventually([&code] { return (code = OB_Calibrate()) != OB_DeviceNotConnected; }));
     for (; code != OB_NoError && failures < 20; code = OB_Calibrate()) {
         ++failures;
         EXPECT_EQ(code, OB_ExceptionOccured);
@@ -339,6 +344,77 @@ TEST_F(OrbelTest, APulledCableGivesTwoAndThePluggedInstrumentComesBackWithItsWhi
     EXPECT_STREQ(OB_GetOption("Colorimetric.Illumination"), "D65");
     ASSERT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
     EXPECT_NEAR(Spectrum(0)[20], 0.5f, 0.03f);
+}
+
+// 60 patches of 24 mm: some 2360 readings at 50 mm/s, one every 0.6 mm.
+constexpr int rampPatches = 60;
+constexpr float rampStep = 0.9f / (rampPatches - 1);
+
+// A grey ramp of even steps. The aperture blurs each edge over some six readings, so a reading
+// lost or out of order shows as a step down or a step up of half a patch's step or more.
+std::string WriteRamp(const TemporaryDirectory& directory)
+{
+    const std::string path = directory.Path() + "/ramp.txt";
+    std::ofstream out(path);
+    for (int i = 0; i < rampPatches; ++i) {
+        out << 24.0;
+        for (int band = 0; band < 36; ++band) {
+            out << ' ' << 0.05 + rampStep * i;
+        }
+        out << '\n';
+    }
+    return path;
+}
+
+// Thousands of readings come through the double-buffered bulk reads, every one in its place, and
+// the scan ends where the instrument's last short block says.
+TEST_F(OrbelTest, ALongRawStripArrivesWholeAndInOrder)
+{
+    const TemporaryDirectory directory;
+    const std::string ramp = WriteRamp(directory);
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
+    CalibrateOnTheTile();
+    Sim({"strip", ramp, "--speed", "50"});
+    ASSERT_EQ(OB_TriggerCountedScan(1), OB_NoError) << LastError();
+    const int32_t positions = OB_GetNumberOfAvailableSamples();
+    ASSERT_GE(positions, 2000);
+    float before = Spectrum(0)[20];
+    for (int32_t i = 1; i < positions; ++i) {
+        const float now = Spectrum(i)[20];
+        ASSERT_GE(now - before, -0.002f) << "reading " << i << " of " << positions;
+        ASSERT_LE(now - before, rampStep / 2) << "reading " << i << " of " << positions;
+        before = now;
+    }
+    EXPECT_NEAR(before, 0.95f, 0.03f);
+    Sim({"strip", ramp, "--speed", "50"});
+    ASSERT_EQ(OB_TriggerCountedScan(1), OB_NoError) << LastError();
+    EXPECT_EQ(OB_GetNumberOfAvailableSamples(), positions);
+}
+
+// The cable goes in the middle of a measurement or of a scan: the call answers 2 at once, and the
+// instrument plugged in again measures on the white it had.
+TEST_F(OrbelTest, ACableLostMidwayGivesTwoAndTheInstrumentComesBack)
+{
+    struct Case {
+        const char* mode;
+        const char* dropAfterTransfers;
+    };
+    const TemporaryDirectory directory;
+    const std::string ramp = WriteRamp(directory);
+    for (const Case& midway : {Case{"SingleReflectance", "3"}, Case{"ScanningReflectance", "12"}}) {
+        SCOPED_TRACE(midway.mode);
+        ASSERT_EQ(OB_SetOption("MeasurementMode", midway.mode), OB_NoError);
+        CalibrateOnTheTile();
+        Sim({"strip", ramp});
+        Sim({"fault", "drop", "--count", midway.dropAfterTransfers});
+        EXPECT_EQ(OB_TriggerMeasurement(), OB_DeviceNotConnected) << LastError();
+        EXPECT_EQ(OB_IsConnected(), OB_DeviceNotConnected);
+        Sim({"plug"});
+        ASSERT_TRUE(Eventually([] { return OB_IsConnected() == OB_NoError; }));
+    }
+    ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleReflectance"), OB_NoError);
+    MeasureReflectanceOf("sample:grey50");
+    EXPECT_NEAR(Spectrum(-1)[20], 0.5f, 0.03f);
 }
 
 // In a process of its own, which has no device object yet: while the holder has the lock every

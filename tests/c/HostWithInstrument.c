@@ -1,6 +1,7 @@
 /* A host written in C that does what a host does with an instrument attached: a virtual one,
- * started in a directory of its own by the orbel-sim program named on the command line. Only
- * orbel.h and the shared library are used to reach the module. */
+ * started in a directory of its own by the orbel-sim program named on the command line, or the
+ * one that runs already where orbel-sim usb-run wraps this program (ORBEL_SIM_SERIAL names it).
+ * Only orbel.h and the shared library are used to reach the module. */
 #define _POSIX_C_SOURCE 200809L
 #define _DEFAULT_SOURCE
 #include <math.h>
@@ -14,7 +15,8 @@
 
 static int failures = 0;
 static const char* simProgram = NULL;
-static char simDirectory[] = "/tmp/orbel-c-host-XXXXXX";
+static char ownDirectory[] = "/tmp/orbel-c-host-XXXXXX";
+static const char* simDirectory = ownDirectory;
 static char lockDirectory[512];
 
 static void Fail(const char* what, const char* detail)
@@ -210,18 +212,22 @@ int main(int argumentCount, char** arguments)
         return 2;
     }
     simProgram = arguments[1];
-    if (mkdtemp(simDirectory) == NULL) {
+    if (getenv("ORBEL_SIM_SERIAL") != NULL && getenv("ORBEL_SIM_DIR") != NULL) {
+        simDirectory = getenv("ORBEL_SIM_DIR");
+    } else if (mkdtemp(ownDirectory) == NULL) {
         perror("mkdtemp");
         return 2;
     }
     snprintf(lockDirectory, sizeof lockDirectory, "%s/locks", simDirectory);
     setenv("ORBEL_SIM_DIR", simDirectory, 1);
     setenv("ORBEL_LOCK_DIR", lockDirectory, 1);
-    if (Sim("start --noise off --time-scale 0") != 0) {
-        fprintf(stderr, "orbel-sim did not start\n");
-        return 2;
+    if (simDirectory == ownDirectory) {
+        if (Sim("start --noise off --time-scale 0") != 0) {
+            fprintf(stderr, "orbel-sim did not start\n");
+            return 2;
+        }
+        atexit(StopInstrument);
     }
-    atexit(StopInstrument);
 
     CheckReflectance();
     CheckKey();

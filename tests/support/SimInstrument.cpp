@@ -38,9 +38,16 @@ SimInstrument::SimInstrument(const SimInstrument& neighbour, std::uint32_t seria
     Start();
 }
 
+SimInstrument::SimInstrument(std::string directory, std::uint32_t serial)
+    : directory(std::move(directory)), ownsDirectory(false), started(false), serial(serial)
+{
+}
+
 SimInstrument::~SimInstrument()
 {
-    Run({"stop"});
+    if (started) {
+        Run({"stop"});
+    }
     if (ownsDirectory) {
         std::error_code ignored;
         std::filesystem::remove_all(directory, ignored);

@@ -19,6 +19,9 @@ public:
     explicit SimInstrument(std::uint32_t serial = DefaultSerial, std::string timeScale = "0");
     // Starts one more instrument in the directory of another.
     SimInstrument(const SimInstrument& neighbour, std::uint32_t serial);
+    // Takes the instrument that runs already in `directory`, started by whoever wraps the test
+    // program (orbel-sim usb-run), and leaves it running.
+    SimInstrument(std::string directory, std::uint32_t serial);
     ~SimInstrument();
     SimInstrument(const SimInstrument&) = delete;
     SimInstrument& operator=(const SimInstrument&) = delete;
@@ -36,6 +39,7 @@ private:
 
     std::string directory;
     bool ownsDirectory;
+    bool started = true;
     std::uint32_t serial;
     std::string timeScale;
 };
