@@ -68,18 +68,7 @@ void ConvertedWriter::WriteJson(const Block& block, std::size_t i)
     out << (columns.colourSpace ? ", \"colour\": [" + Numbers(&block.chosen[3 * i], 3, ", ") + "]" : "");
     out << (columns.density ? ", \"density\": " + Numbers(&block.density[i], 1, "") : "");
     out << (columns.deltaE ? ", \"deltaE\": " + Numbers(&block.deltaE[i], 1, "") : "");
-    if (columns.light) {
-        const std::vector<std::string> cells = LightCells(block.light[i]);
-        out << ", \"cct\": " << cells[0] << ", \"duv\": " << cells[1] << ", \"ra\": " << cells[2] << ", \"r\": ";
-        if (block.light[i]) {
-            for (std::size_t index = 3; index < cells.size(); ++index) {
-                out << (index == 3 ? "[" : ", ") << cells[index];
-            }
-            out << "]";
-        } else {
-            out << "null";
-        }
-    }
+    out << (columns.light ? JsonLight(block.light[i]) : "");
     out << "}";
 }
 
@@ -99,12 +88,11 @@ void ConvertedWriter::WriteRow(const Block& block, std::size_t i)
     out << '\n';
 }
 
-// CCT, Duv, Ra and R1 to R14; where the light has none, JSON's null, an empty CSV cell or an empty CGATS text.
+// CCT, Duv, Ra and R1 to R14; where the light has none, an empty CSV cell or an empty CGATS text.
 std::vector<std::string> ConvertedWriter::LightCells(const std::optional<CMetry::ColorRendering::Result>& light) const
 {
     if (!light) {
-        const std::string none = format == "json" ? "null" : format == "csv" ? "" : "\"\"";
-        return std::vector<std::string>(format == "json" ? 3 : 3 + specialIndices, none);
+        return std::vector<std::string>(3 + specialIndices, format == "csv" ? "" : "\"\"");
     }
     std::vector<std::string> cells{DecimalText::Format(light->temperature, 1),
         DecimalText::Format(light->duv, lightDecimals), DecimalText::Format(light->ra, 1)};
@@ -112,6 +100,19 @@ std::vector<std::string> ConvertedWriter::LightCells(const std::optional<CMetry:
         cells.push_back(DecimalText::Format(special, 1));
     }
     return cells;
+}
+
+std::string ConvertedWriter::JsonLight(const std::optional<CMetry::ColorRendering::Result>& light) const
+{
+    if (!light) {
+        return ", \"cct\": null, \"duv\": null, \"ra\": null, \"r\": null";
+    }
+    const std::vector<std::string> cells = LightCells(light);
+    std::string special;
+    for (std::size_t index = 3; index < cells.size(); ++index) {
+        special += (index == 3 ? "" : ", ") + cells[index];
+    }
+    return ", \"cct\": " + cells[0] + ", \"duv\": " + cells[1] + ", \"ra\": " + cells[2] + ", \"r\": [" + special + "]";
 }
 
 void ConvertedWriter::End()

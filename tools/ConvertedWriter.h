@@ -45,6 +45,7 @@ private:
     void WriteJson(const Block& block, std::size_t i);
     void WriteRow(const Block& block, std::size_t i);
     std::vector<std::string> LightCells(const std::optional<CMetry::ColorRendering::Result>& light) const;
+    std::string JsonLight(const std::optional<CMetry::ColorRendering::Result>& light) const;
     void Line(const std::vector<std::string>& cells, char separator);
     static std::string Numbers(const float* values, std::size_t count, const std::string& separator);
 
