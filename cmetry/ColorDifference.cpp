@@ -185,6 +185,26 @@ float CIEDE2000Difference(const HvColorVector& lab1, const HvColorVector& lab2, 
         Ciede2000::Difference({lab1[0], lab1[1], lab1[2]}, {lab2[0], lab2[1], lab2[2]}, {k.p1, k.p2, k.p3}));
 }
 
+float DifferenceOfLabs(
+    const HvColorVector& lab1, const HvColorVector& lab2, const String& formula, const Parameters& parameters)
+{
+    if (ColorSpaceKeyword::Is(formula, ciede2000)) {
+        return CIEDE2000Difference(lab1, lab2, parameters);
+    }
+    if (ColorSpaceKeyword::Is(formula, cmc)) {
+        return CMCDifference(lab1, lab2, parameters.p1, parameters.p2);
+    }
+    if (ColorSpaceKeyword::Is(formula, cie1994)) {
+        return CIE1994Difference(lab1, lab2, parameters);
+    }
+    if (!ColorSpaceKeyword::Is(formula, ColorSpaceKeyword::cieLab)) {
+        throw ExceptionCMetry(TranslatedMessage("GetDeltaE not supported for DeltaEFormula ") + formula);
+    }
+    HvColorVector difference(lab1);
+    difference.Subtract(lab2);
+    return static_cast<float>(difference.GetLength());
+}
+
 bool LabsOf(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2, const HvMeasureConditions& conditions,
     HvColorVector& lab1, HvColorVector& lab2)
 {
@@ -207,9 +227,8 @@ float DifferenceOfSpectra(const HvSpectrum& spectrum1, const HvSpectrum& spectru
     if (ColorSpaceKeyword::Is(formula, fmcII)) {
         return FMCIIDifference(spectrum1, spectrum2, conditions);
     }
-    const bool isCMC = ColorSpaceKeyword::Is(formula, cmc);
-    const bool isCIEDE2000 = ColorSpaceKeyword::Is(formula, ciede2000);
-    if (!isCMC && !isCIEDE2000 && !ColorSpaceKeyword::Is(formula, cie1994)) {
+    if (!ColorSpaceKeyword::Is(formula, cmc) && !ColorSpaceKeyword::Is(formula, ciede2000) &&
+        !ColorSpaceKeyword::Is(formula, cie1994)) {
         throw ExceptionCMetry(TranslatedMessage("GetDeltaE not supported for DeltaEFormula ") + formula);
     }
     HvColorVector lab1;
@@ -217,31 +236,20 @@ float DifferenceOfSpectra(const HvSpectrum& spectrum1, const HvSpectrum& spectru
     if (!LabsOf(spectrum1, spectrum2, conditions, lab1, lab2)) {
         return notComputable;
     }
-    if (isCIEDE2000) {
-        return CIEDE2000Difference(lab1, lab2, parameters);
-    }
-    return isCMC ? CMCDifference(lab1, lab2, parameters.p1, parameters.p2) : CIE1994Difference(lab1, lab2, parameters);
+    return DifferenceOfLabs(lab1, lab2, formula, parameters);
 }
 
+// CMC is left out: on vectors it has always failed.
 float DifferenceOfVectors(const HvColorVector& vector1, const HvColorVector& vector2, const Parameters& parameters)
 {
     const String& formula = vector1.GetConditions().GetDeltaEFormula();
-    const bool isCIELab = ColorSpaceKeyword::Is(formula, ColorSpaceKeyword::cieLab);
-    const bool isCIEDE2000 = ColorSpaceKeyword::Is(formula, ciede2000);
-    if (!isCIELab && !isCIEDE2000 && !ColorSpaceKeyword::Is(formula, cie1994)) {
+    if (!ColorSpaceKeyword::Is(formula, ColorSpaceKeyword::cieLab) && !ColorSpaceKeyword::Is(formula, ciede2000) &&
+        !ColorSpaceKeyword::Is(formula, cie1994)) {
         return notComputable;
     }
     const String cieLab(ColorSpaceKeyword::cieLab);
-    HvColorVector lab1 = CMetryCalculator::Convert(vector1, cieLab);
-    const HvColorVector lab2 = CMetryCalculator::Convert(vector2, cieLab);
-    if (isCIEDE2000) {
-        return CIEDE2000Difference(lab1, lab2, parameters);
-    }
-    if (!isCIELab) {
-        return CIE1994Difference(lab1, lab2, parameters);
-    }
-    lab1.Subtract(lab2);
-    return static_cast<float>(lab1.GetLength());
+    return DifferenceOfLabs(
+        CMetryCalculator::Convert(vector1, cieLab), CMetryCalculator::Convert(vector2, cieLab), formula, parameters);
 }
 
 // Metamerism index under a change of illuminant, CIE 15:2004, with the multiplicative
@@ -289,6 +297,12 @@ float ColorDifference::GetDeltaE(
     const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2, float p3)
 {
     return Checked(DifferenceOfVectors(vector1, vector2, {p1, p2, p3}));
+}
+
+float ColorDifference::GetLabDeltaE(
+    const HvColorVector& lab1, const HvColorVector& lab2, const String& formula, float p1, float p2, float p3)
+{
+    return Checked(DifferenceOfLabs(lab1, lab2, formula, {p1, p2, p3}));
 }
 
 // A failure of any kind on the way, an illuminant without a table included, is a metamerism index

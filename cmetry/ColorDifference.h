@@ -22,6 +22,11 @@ public:
         const HvMeasureConditions& conditions, float p1, float p2, float p3);
     // From two vectors, by the formula of vector1's conditions; "CIELab", "94" and "CIEDE2000" alone.
     static float GetDeltaE(const HvColorVector& vector1, const HvColorVector& vector2, float p1, float p2, float p3);
+    // Of two CIELab colours, the standard first, by a formula of "ColorSpaceDescription.DeltaEFormula"
+    // that needs nothing but CIELab: "CIELab", "94", "CMC" and "CIEDE2000", the parameters as
+    // above. Another formula fails with "GetDeltaE not supported for DeltaEFormula " and its keyword.
+    static float GetLabDeltaE(const HvColorVector& lab1, const HvColorVector& lab2, const Utilities::String& formula,
+        float p1, float p2, float p3);
     // The CIELab difference under a test illuminant once spectrum2 is corrected, axis by axis, by
     // the ratio of the two tristimulus values under the reference illuminant of the conditions.
     static float GetMetamerismIndex(const HvSpectrum& spectrum1, const HvSpectrum& spectrum2,

@@ -1,15 +1,19 @@
 #include "tools/ConvertCommand.h"
 
+#include <algorithm>
+#include <array>
 #include <fstream>
 #include <iostream>
 #include <optional>
 
+#include "cmetry/ColorRendering.h"
 #include "cmetry/ConditionKey.h"
 #include "cmetry/PaperWhite.h"
 #include "cmetry/SpectrumBatch.h"
 #include "orbel.h"
 #include "tools/CliError.h"
 #include "tools/ConvertedWriter.h"
+#include "tools/DeltaE.h"
 #include "tools/SpectrumFile.h"
 #include "tools/SpectrumReader.h"
 #include "utilities/Exception.h"
@@ -21,13 +25,14 @@ namespace {
 // Large enough for the batch path to run at full speed, small enough to stay in the cache.
 constexpr std::size_t blockSpectra = 4096;
 
-// orbel measure names the formulas as the standards do; convert takes those names too.
-std::string ModuleName(const std::string& value)
+const DeltaE::Formula& FormulaOf(const Arguments& arguments)
 {
-    if (value == "CIE76") {
-        return "CIELab";
+    const std::string name = arguments.Value("--delta-e", "CIELab");
+    const DeltaE::Formula* formula = DeltaE::Find(name);
+    if (!formula) {
+        throw CliError::Usage("--delta-e doesn't know '" + name + "'");
     }
-    return value == "CIE94" ? "94" : value;
+    return *formula;
 }
 
 CMetry::HvMeasureConditions ConditionsFrom(const Arguments& arguments)
@@ -36,18 +41,23 @@ CMetry::HvMeasureConditions ConditionsFrom(const Arguments& arguments)
         {"--illuminant", CMetry::ConditionKey::illumination},
         {"--observer", CMetry::ConditionKey::observer},
         {"--density-standard", CMetry::ConditionKey::densityStandard},
-        {"--delta-e", CMetry::ConditionKey::deltaEFormula},
+        {"--colour-space", CMetry::ConditionKey::colorSpace},
     };
     CMetry::HvMeasureConditions conditions;
+    // Lights are measured absolutely: Y is their luminance or illuminance.
+    if (arguments.Has("--light")) {
+        conditions.SetCondition(CMetry::ConditionKey::illumination, "Emission");
+    }
     for (const auto& [option, key] : settings) {
         if (const auto value = arguments.Get(option)) {
             try {
-                conditions.SetCondition(key, ModuleName(*value).c_str());
+                conditions.SetCondition(key, value->c_str());
             } catch (const Utilities::Exception&) {
                 throw CliError::Usage(std::string(option) + " doesn't know '" + *value + "'");
             }
         }
     }
+    conditions.SetCondition(CMetry::ConditionKey::deltaEFormula, FormulaOf(arguments).moduleName);
     return conditions;
 }
 
@@ -92,21 +102,43 @@ bool ReadBlock(SpectrumReader& reader, Block& block)
     return true;
 }
 
-void Convert(
-    const CMetry::SpectrumBatch& batch, bool withDensity, const std::optional<Spectrum>& reference, Block& block)
+struct Wanted {
+    ConvertedWriter::Columns columns;
+    std::optional<Spectrum> reference;
+    std::array<float, 3> parameters;
+};
+
+void RenderingOf(Block& block)
+{
+    block.light.clear();
+    CMetry::EmissionWeights::Values light;
+    for (std::size_t first = 0; first < block.spectra.size(); first += light.size()) {
+        std::copy_n(block.spectra.begin() + static_cast<std::ptrdiff_t>(first), light.size(), light.begin());
+        block.light.push_back(CMetry::ColorRendering::Of(light));
+    }
+}
+
+void Convert(const CMetry::SpectrumBatch& batch, const Wanted& wanted, Block& block)
 try {
     const std::size_t count = block.names.size();
     block.xyz.resize(3 * count);
     block.lab.resize(3 * count);
     batch.GetXYZ(block.spectra, block.xyz);
     batch.GetLab(block.spectra, block.lab);
-    if (withDensity) {
+    if (wanted.columns.colourSpace) {
+        block.chosen.resize(3 * count);
+        batch.GetVectors(block.spectra, block.chosen);
+    }
+    if (wanted.columns.density) {
         block.density.resize(count);
         batch.GetDensities(block.spectra, block.density);
     }
-    if (reference) {
+    if (wanted.reference) {
         block.deltaE.resize(count);
-        batch.GetDeltaE(reference->data(), block.spectra, block.deltaE);
+        batch.GetDeltaE(wanted.reference->data(), block.spectra, block.deltaE, wanted.parameters);
+    }
+    if (wanted.columns.light) {
+        RenderingOf(block);
     }
 } catch (const Utilities::Exception& exception) {
     throw CliError(OB_ExceptionOccured, "can't convert: " + exception.Text()->ToStdString());
@@ -118,7 +150,9 @@ std::string ConvertCommand::Summary() const
 {
     return "Reads spectra from a CGATS file (SPEC_380 … SPEC_730 or nm380 … nm730 columns, any number of tables),\n"
            "a CSV file with such a header row, or JSON objects with a \"spectrum\" array, and writes each with its\n"
-           "CIEXYZ, CIELab, density and, given a reference, ΔE. Only 380 to 730 nm in 10 nm steps is taken.\n"
+           "CIEXYZ, CIELab, density and, given a reference, ΔE; with --colour-space also in that space, and with\n"
+           "--light as a light: Y, correlated colour temperature, Duv, Ra and R1 to R14. Only 380 to 730 nm in\n"
+           "10 nm steps is taken.\n"
            "Needs no instrument; reads and writes as it goes, so files of any length convert.";
 }
 
@@ -126,7 +160,8 @@ std::string ConvertCommand::Examples() const
 {
     return "  orbel convert --input chart.cgats --illuminant D50 --format cgats > chart-lab.cgats\n"
            "  orbel convert --input prints.csv --reference proof.txt --delta-e 94\n"
-           "  orbel convert --input - --format json < measured.json\n";
+           "  orbel convert --input - --format json < measured.json\n"
+           "  orbel convert --input lamps.csv --light --colour-space CIExyY\n";
 }
 
 std::vector<OptionSpec> ConvertCommand::Options() const
@@ -134,7 +169,10 @@ std::vector<OptionSpec> ConvertCommand::Options() const
     return {
         {"--input", true, "FILE", "the spectra (CGATS, CSV or JSON; - for standard input)"},
         {"--reference", true, "FILE", "ΔE against the first spectrum of this file"},
-        {"--delta-e", true, "FORMULA", "CIELab or CIE76 (default), CIEDE2000, CIE94 or 94, CMC, CIELuv, LABmg, FMCII"},
+        {"--delta-e", true, "FORMULA",
+            "CIELab or CIE76 (default), CIEDE2000, CIE94 or 94, CMC (2:1), CIELuv, LABmg, FMCII"},
+        {"--colour-space", true, "NAME", "also write CIELCh, CIELuv, CIExyY, HunterLab, LABmg, RGB ..."},
+        {"--light", false, "", "the spectra are lights: the illuminant Emission, CCT, Duv, Ra, R1 to R14"},
         {"--illuminant", true, "NAME", "A, C, D50, D55, D65, D75, F2, F7, F11 ..."},
         {"--observer", true, "NAME", "TwoDegree or TenDegree"},
         {"--substrate", true, "FILE", "the paper white, for densities (see orbel substrate)"},
@@ -168,13 +206,16 @@ int ConvertCommand::Run(const Arguments& arguments, std::ostream& out, std::ostr
     }
     SpectrumReader reader(*input == "-" ? std::cin : file, *input);
     const CMetry::SpectrumBatch batch(conditions);
-    ConvertedWriter writer(out, format, substrate.has_value(), reference.has_value());
+    const Wanted wanted{
+        {substrate.has_value(), reference.has_value(), arguments.Get("--colour-space"), arguments.Has("--light")},
+        reference, FormulaOf(arguments).parameters};
+    ConvertedWriter writer(out, format, wanted.columns);
     Block block;
     // The first block is read before anything is written, so that a file refused at once leaves no output.
     bool more = ReadBlock(reader, block);
     writer.Begin(conditions);
     for (;;) {
-        Convert(batch, substrate.has_value(), reference, block);
+        Convert(batch, wanted, block);
         writer.Write(block);
         if (!more) {
             break;

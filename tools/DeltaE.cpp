@@ -1,9 +1,9 @@
 #include "tools/DeltaE.h"
 
-#include <cmath>
+#include <algorithm>
 #include <sstream>
 
-#include "cmetry/Ciede2000.h"
+#include "cmetry/ColorDifference.h"
 #include "orbel.h"
 #include "tools/CliError.h"
 #include "tools/DecimalText.h"
@@ -12,62 +12,18 @@ namespace OrbelCli {
 
 namespace {
 
-constexpr double degrees = 180.0 / M_PI;
-
-struct Lch {
-    double l;
-    double c;
-    double h;
+// The names of the standards first, then the module's own; CMC at 2:1, the acceptability ratio.
+constexpr DeltaE::Formula formulas[] = {
+    {"CIEDE2000", "CIEDE2000", {1.0f, 1.0f, 1.0f}, true},
+    {"CIE94", "94", {1.0f, 1.0f, 1.0f}, true},
+    {"CMC", "CMC", {2.0f, 1.0f, 1.0f}, true},
+    {"CIE76", "CIELab", {1.0f, 1.0f, 1.0f}, true},
+    {"CIELab", "CIELab", {1.0f, 1.0f, 1.0f}, true},
+    {"94", "94", {1.0f, 1.0f, 1.0f}, true},
+    {"CIELuv", "CIELuv", {1.0f, 1.0f, 1.0f}, false},
+    {"LABmg", "LABmg", {1.0f, 1.0f, 1.0f}, false},
+    {"FMCII", "FMCII", {1.0f, 1.0f, 1.0f}, false},
 };
-
-Lch ToLch(const Triple& lab)
-{
-    double hue = std::atan2(lab[2], lab[1]) * degrees;
-    return {lab[0], std::hypot(lab[1], lab[2]), hue < 0.0 ? hue + 360.0 : hue};
-}
-
-// The hue difference from what lightness and chroma leave of the whole distance.
-double HueDifference(const Triple& standard, const Triple& sample)
-{
-    const double da = sample[1] - standard[1];
-    const double db = sample[2] - standard[2];
-    const double dc = ToLch(sample).c - ToLch(standard).c;
-    return std::sqrt(std::max(0.0, da * da + db * db - dc * dc));
-}
-
-// CIE 1976: the Euclidean distance in CIELab.
-double Cie76(const Triple& standard, const Triple& sample)
-{
-    return std::sqrt(std::pow(sample[0] - standard[0], 2.0) + std::pow(sample[1] - standard[1], 2.0) +
-        std::pow(sample[2] - standard[2], 2.0));
-}
-
-// CIE 116-1995 (CIE94), graphic arts: kL = kC = kH = 1.
-double Cie94(const Triple& standard, const Triple& sample)
-{
-    const Lch reference = ToLch(standard);
-    const double dl = sample[0] - standard[0];
-    const double dc = (ToLch(sample).c - reference.c) / (1.0 + 0.045 * reference.c);
-    const double dh = HueDifference(standard, sample) / (1.0 + 0.015 * reference.c);
-    return std::sqrt(dl * dl + dc * dc + dh * dh);
-}
-
-// CMC l:c (Clarke, McDonald and Rigg 1984, BS 6923), with l = 2 and c = 1 for acceptability.
-double Cmc(const Triple& standard, const Triple& sample)
-{
-    const Lch reference = ToLch(standard);
-    const double sl = reference.l < 16.0 ? 0.511 : 0.040975 * reference.l / (1.0 + 0.01765 * reference.l);
-    const double sc = 0.0638 * reference.c / (1.0 + 0.0131 * reference.c) + 0.638;
-    const double f = std::sqrt(std::pow(reference.c, 4.0) / (std::pow(reference.c, 4.0) + 1900.0));
-    const bool blueToPurple = reference.h >= 164.0 && reference.h <= 345.0;
-    const double t = blueToPurple ? 0.56 + std::fabs(0.2 * std::cos((reference.h + 168.0) / degrees))
-                                  : 0.36 + std::fabs(0.4 * std::cos((reference.h + 35.0) / degrees));
-    const double sh = sc * (f * t + 1.0 - f);
-    const double dl = (sample[0] - standard[0]) / (2.0 * sl);
-    const double dc = (ToLch(sample).c - reference.c) / sc;
-    const double dh = HueDifference(standard, sample) / sh;
-    return std::sqrt(dl * dl + dc * dc + dh * dh);
-}
 
 Triple ParseLab(const std::string& text)
 {
@@ -89,6 +45,30 @@ Triple ParseLab(const std::string& text)
     return lab;
 }
 
+// The conditions' colour space is CIELab unless set otherwise.
+CMetry::HvColorVector LabVector(const Triple& lab)
+{
+    return CMetry::HvColorVector(lab[0], lab[1], lab[2], CMetry::HvMeasureConditions());
+}
+
+}
+
+const DeltaE::Formula* DeltaE::Find(const std::string& name)
+{
+    const auto found =
+        std::find_if(std::begin(formulas), std::end(formulas), [&](const Formula& f) { return f.name == name; });
+    return found == std::end(formulas) ? nullptr : found;
+}
+
+std::vector<std::string> DeltaE::Names(bool fromLabOnly)
+{
+    std::vector<std::string> names;
+    for (const Formula& formula : formulas) {
+        if (formula.fromLab || !fromLabOnly) {
+            names.emplace_back(formula.name);
+        }
+    }
+    return names;
 }
 
 std::vector<OptionSpec> DeltaE::Options()
@@ -108,25 +88,18 @@ std::optional<DeltaE> DeltaE::FromArguments(const Arguments& arguments)
         }
         return std::nullopt;
     }
-    const std::string formula = arguments.Choice("--delta-e", "CIEDE2000", {"CIEDE2000", "CIE94", "CMC", "CIE76"});
+    const std::string formula = arguments.Choice("--delta-e", "CIEDE2000", Names(true));
     return DeltaE(formula, ParseLab(*reference));
 }
 
-DeltaE::DeltaE(std::string formula, const Triple& standard) : formula(std::move(formula)), standard(standard) { }
+DeltaE::DeltaE(std::string name, const Triple& standard) : name(std::move(name)), standard(standard) { }
 
 double DeltaE::Of(const Triple& sample) const
 {
-    if (formula == "CIE94") {
-        return Cie94(standard, sample);
-    }
-    if (formula == "CMC") {
-        return Cmc(standard, sample);
-    }
-    if (formula == "CIE76") {
-        return Cie76(standard, sample);
-    }
-    return CMetry::Ciede2000::Difference(
-        {standard[0], standard[1], standard[2]}, {sample[0], sample[1], sample[2]}, {1.0, 1.0, 1.0});
+    const Formula& formula = *Find(name);
+    const auto& [p1, p2, p3] = formula.parameters;
+    return CMetry::ColorDifference::GetLabDeltaE(
+        LabVector(standard), LabVector(sample), formula.moduleName, p1, p2, p3);
 }
 
 }

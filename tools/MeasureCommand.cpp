@@ -81,7 +81,7 @@ int MeasureCommand::Run(const Arguments& arguments, std::ostream& out, std::ostr
     }
     if (deltaE && !report.samples.empty() && report.samples.back().lab) {
         report.notes.emplace_back(
-            "delta E " + deltaE->Formula(), DecimalText::Format(deltaE->Of(*report.samples.back().lab), 2));
+            "delta E " + deltaE->Name(), DecimalText::Format(deltaE->Of(*report.samples.back().lab), 2));
     }
     ReportOutput::Emit(report, arguments, out, messages);
     return 0;

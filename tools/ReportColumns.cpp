@@ -41,8 +41,7 @@ void AddTriple(std::vector<std::string>& values, const Triple& triple, int decim
 
 ReportColumns::ReportColumns(const MeasurementReport& report)
     : hasXyz(EverySampleHas(report, &Sample::xyz)), hasLab(EverySampleHas(report, &Sample::lab)),
-      hasDensities(EverySampleHas(report, &Sample::densities)), hasChosen(EverySampleHas(report, &Sample::chosen)),
-      chosenPrefix(FieldPrefix(report.colourSpace))
+      hasDensities(EverySampleHas(report, &Sample::densities)), hasChosen(EverySampleHas(report, &Sample::chosen))
 {
     names.push_back("SAMPLE_ID");
     for (int point = 0; point < SpectrumPoints; ++point) {
@@ -58,10 +57,15 @@ ReportColumns::ReportColumns(const MeasurementReport& report)
         names.insert(names.end(), std::begin(DensityFields), std::end(DensityFields));
     }
     if (hasChosen) {
-        for (int channel = 1; channel <= 3; ++channel) {
-            names.push_back(chosenPrefix + "_" + std::to_string(channel));
-        }
+        const std::vector<std::string> chosen = ChannelFields(report.colourSpace);
+        names.insert(names.end(), chosen.begin(), chosen.end());
     }
+}
+
+std::vector<std::string> ReportColumns::ChannelFields(const std::string& colourSpace)
+{
+    const std::string prefix = FieldPrefix(colourSpace);
+    return {prefix + "_1", prefix + "_2", prefix + "_3"};
 }
 
 std::vector<std::string> ReportColumns::Values(const Sample& sample) const

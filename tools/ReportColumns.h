@@ -12,6 +12,9 @@ class ReportColumns {
 public:
     explicit ReportColumns(const MeasurementReport& report);
 
+    // The three field names of the values in a colour space of the module, as CIELCh_1 to _3.
+    static std::vector<std::string> ChannelFields(const std::string& colourSpace);
+
     const std::vector<std::string>& Names() const { return names; }
     std::vector<std::string> Values(const Sample& sample) const;
 
@@ -20,7 +23,6 @@ private:
     bool hasLab;
     bool hasDensities;
     bool hasChosen;
-    std::string chosenPrefix;
     std::vector<std::string> names;
 };
 

@@ -4,6 +4,7 @@ import ctypes
 from dataclasses import dataclass, field
 
 from . import _library as lib
+from . import colour as colour_science
 from . import errors
 
 try:
@@ -44,12 +45,14 @@ def _array(values):
 
 @dataclass
 class Sample:
-    """One spectrum, 380 nm to 730 nm in steps of 10 nm, and its colour under the conditions asked."""
+    """One spectrum, 380 nm to 730 nm in steps of 10 nm, and its colour under the conditions asked;
+    for emission and ambient light also its light (an orbel.colour.Light: cct, duv, ra, r, illuminance)."""
 
     spectrum: object
     colour: tuple
     conditions: dict = field(default_factory=dict)
     wavelengths: object = field(default_factory=lambda: _array(WAVELENGTHS))
+    light: object = None
 
 
 class Instrument:
@@ -108,10 +111,10 @@ class Instrument:
         return self._samples(conditions)
 
     def emission(self, **conditions):
-        return self._trigger("emission", conditions)[0]
+        return self._light(self._trigger("emission", conditions)[0])
 
     def ambient(self, **conditions):
-        return self._trigger("ambient", conditions)[0]
+        return self._light(self._trigger("ambient", conditions)[0])
 
     def colour(self, index=0, **conditions):
         """The colour of a sample of the last measurement under conditions; the options stay as they were."""
@@ -142,6 +145,11 @@ class Instrument:
         lib.call("OB_GetDensities", values, ctypes.byref(automatic), index)
         filters = ("cyan", "magenta", "yellow", "black")
         return dict(zip(filters, values)), filters[automatic.value] if automatic.value < 4 else None
+
+    @staticmethod
+    def _light(sample):
+        sample.light = colour_science.emission_metrics([sample.spectrum])[0]
+        return sample
 
     def _trigger(self, mode, conditions):
         self.set(mode=MODES[mode])

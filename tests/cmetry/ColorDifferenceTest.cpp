@@ -195,6 +195,25 @@ TEST(ColorDifference, WhatCannotBeComputedFails)
         CMetryFailure([&] { ColorDifference::GetDeltaE(spectrum, spectrum, Conditions("Undefined"), 0, 0, 0); }));
 }
 
+TEST(ColorDifference, TwoLabsGiveWhatTheirSpectraGiveOrFailByName)
+{
+    const HvSpectrum standard = Step(0.05f, 0.8f, 590.0);
+    const HvSpectrum sample = Step(0.08f, 0.75f, 600.0);
+    const Lab lab1 = LabOf(standard);
+    const Lab lab2 = LabOf(sample);
+    for (const char* formula : {"CIELab", "94", "CMC", "CIEDE2000"}) {
+        EXPECT_NEAR(ColorDifference::GetDeltaE(standard, sample, Conditions(formula), 2.0f, 1.0f, 1.0f),
+            ColorDifference::GetLabDeltaE(LabVector(lab1, "CIELab"), LabVector(lab2, "CIELab"), formula, 2, 1, 1), 1e-5)
+            << formula;
+    }
+    EXPECT_EQ("GetDeltaE not supported for DeltaEFormula CIELuv", CMetryFailure([&] {
+        ColorDifference::GetLabDeltaE(LabVector(lab1, "CIELab"), LabVector(lab2, "CIELab"), "CIELuv", 1, 1, 1);
+    }));
+    EXPECT_EQ("CMetryCalculator", CMetryFailure([&] {
+        ColorDifference::GetLabDeltaE(LabVector(lab1, "CIELab"), LabVector(lab2, "CIELab"), "CIEDE2000", 0, 1, 1);
+    }));
+}
+
 TEST(ColorDifference, VectorsInOtherSpacesAreComparedInCIELab)
 {
     const HvSpectrum standard = Step(0.05f, 0.8f, 590.0);

@@ -1,6 +1,7 @@
 // orbel convert: spectra read from files in the shapes other programs write them, and refused
 // with a message that says what is wrong.
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -9,9 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include "cmetry/ColorRendering.h"
+#include "cmetry/CorrelatedColorTemperature.h"
 #include "orbel.h"
+#include "tests/tools/JsonReader.h"
 #include "tools/Application.h"
 #include "tools/CliError.h"
+#include "tools/DeltaE.h"
 #include "tools/SpectrumReader.h"
 
 namespace {
@@ -44,6 +49,29 @@ const std::string twoTables = "CGATS.17\r\nORIGINATOR \"Prüf lab, \"\"line 2\"\
     "\r\n\r\n2 \"C 100 %\" " + Values("0.25", 36, "  ") + "\r\nEND_DATA\r\n\r\nBEGIN_DATA_FORMAT\r\n" +
     Names("nm", 380, 730, "\t") + "\r\nEND_DATA_FORMAT\r\nBEGIN_DATA\r\n" + Values("5e-1", 36, "\t") +
     "\r\nEND_DATA\r\n";
+
+std::string TemporaryPath(const std::string& suffix)
+{
+    return (std::filesystem::temp_directory_path() / ("orbel-convert-test-" + std::to_string(::getpid()) + suffix))
+        .string();
+}
+
+std::tuple<int, std::string, std::string> Orbel(const std::vector<std::string>& words)
+{
+    std::ostringstream out;
+    std::ostringstream messages;
+    const int status = OrbelCli::Application().Run(words, out, messages);
+    return std::tuple(status, out.str(), messages.str());
+}
+
+std::string JsonSpectrum(const std::vector<double>& values)
+{
+    std::string text = "{\"spectrum\": [";
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        text += (i ? ", " : "") + std::to_string(values[i]);
+    }
+    return text + "]}";
+}
 
 struct ReadCase {
     const char* shape;
@@ -122,18 +150,10 @@ TEST(SpectrumReaderTest, RefusesWhatItCannotTakeAndSaysWhy)
 
 TEST(ConvertCommandTest, WritesColourValuesAndDeltaEOrRefusesTheFile)
 {
-    const std::string path =
-        (std::filesystem::temp_directory_path() / ("orbel-convert-test-" + std::to_string(::getpid()) + ".cgats"))
-            .string();
+    const std::string path = TemporaryPath(".cgats");
     std::ofstream(path) << twoTables;
-    const auto run = [](const std::vector<std::string>& words) {
-        std::ostringstream out;
-        std::ostringstream messages;
-        const int status = OrbelCli::Application().Run(words, out, messages);
-        return std::tuple(status, out.str(), messages.str());
-    };
     // A flat spectrum of reflectance r has Y = 100 r under every illuminant. CIE94 is the module's "94".
-    const auto [status, out, messages] = run({"convert", "--input", path, "--reference", path, "--delta-e", "CIE94"});
+    const auto [status, out, messages] = Orbel({"convert", "--input", path, "--reference", path, "--delta-e", "CIE94"});
     EXPECT_EQ(status, 0) << messages;
     EXPECT_EQ(out.substr(0, out.find('\n')), "SAMPLE_NAME,XYZ_X,XYZ_Y,XYZ_Z,LAB_L,LAB_A,LAB_B,LAB_DE");
     EXPECT_NE(out.find("\npaper white,85.5422,90.0000,97.9946,95.9968,"), std::string::npos) << out;
@@ -141,12 +161,73 @@ TEST(ConvertCommandTest, WritesColourValuesAndDeltaEOrRefusesTheFile)
         << out;
 
     std::ofstream(path) << "BEGIN_DATA_FORMAT\n" << Names("SPEC_", 400, 700, " ") << "\nEND_DATA_FORMAT\n";
-    const auto [badStatus, badOut, badMessages] = run({"convert", "--input", path, "--format", "cgats"});
+    const auto [badStatus, badOut, badMessages] = Orbel({"convert", "--input", path, "--format", "cgats"});
     EXPECT_EQ(badStatus, OB_InvalidArgument);
     EXPECT_NE(badMessages.find(path + ":3: spectra on 400–700 nm"), std::string::npos) << badMessages;
     std::filesystem::remove(path);
-    EXPECT_EQ(std::get<0>(run({"convert", "--input", path})), OB_InvalidArgument);
-    EXPECT_EQ(std::get<0>(run({"convert", "--input", "-", "--delta-e", "2001"})), OrbelCli::CliError::UsageStatus);
+    EXPECT_EQ(std::get<0>(Orbel({"convert", "--input", path})), OB_InvalidArgument);
+    for (const char* option : {"--delta-e", "--colour-space"}) {
+        const auto [refused, nothing, why] = Orbel({"convert", "--input", "-", option, "2001"});
+        EXPECT_EQ(refused, OrbelCli::CliError::UsageStatus) << option;
+        EXPECT_NE(why.find(std::string(option) + " doesn't know '2001'"), std::string::npos) << why;
+        EXPECT_EQ(nothing, "");
+    }
+}
+
+// measure compares CIELab values, convert spectra: the same formula name must give the same ΔE.
+TEST(ConvertCommandTest, GivesTheDifferenceThatMeasureGivesUnderEachFormula)
+{
+    const std::string path = TemporaryPath(".cgats");
+    std::ofstream(path) << twoTables;
+    for (const std::string& formula : OrbelCli::DeltaE::Names(true)) {
+        const auto [status, out, messages] =
+            Orbel({"convert", "--input", path, "--reference", path, "--delta-e", formula, "--format", "json"});
+        ASSERT_EQ(status, 0) << messages;
+        const auto json = OrbelCliTest::JsonReader::Parse(out);
+        std::string standard;
+        for (std::size_t channel = 0; channel < 3; ++channel) {
+            standard += (channel ? "," : "") + std::to_string(json[0]["lab"][channel].Number());
+        }
+        const OrbelCli::Arguments arguments(
+            "measure", {"--reference", standard, "--delta-e", formula}, OrbelCli::DeltaE::Options());
+        const auto& lab = json[1]["lab"];
+        const OrbelCli::Triple sample{static_cast<float>(lab[0].Number()), static_cast<float>(lab[1].Number()),
+            static_cast<float>(lab[2].Number())};
+        EXPECT_NEAR(OrbelCli::DeltaE::FromArguments(arguments)->Of(sample), json[1]["deltaE"].Number(), 2e-3)
+            << formula;
+    }
+    std::filesystem::remove(path);
+}
+
+TEST(ConvertCommandTest, WritesLightsWithTheirColourTemperatureAndRenderingAndAColourSpaceOfChoice)
+{
+    const std::string path = TemporaryPath(".json");
+    CMetry::EmissionWeights::Values lamp = CMetry::CorrelatedColorTemperature::BlackBody(2856.0);
+    const double peak = *std::max_element(lamp.begin(), lamp.end());
+    std::transform(lamp.begin(), lamp.end(), lamp.begin(), [peak](double value) { return value / peak; });
+    std::ofstream(path) << "[" << JsonSpectrum({lamp.begin(), lamp.end()}) << ",\n"
+                        << JsonSpectrum(std::vector<double>(36, 0.0)) << "]";
+    const auto [status, out, messages] =
+        Orbel({"convert", "--input", path, "--light", "--colour-space", "CIExyY", "--format", "json"});
+    ASSERT_EQ(status, 0) << messages;
+    const auto json = OrbelCliTest::JsonReader::Parse(out);
+    const auto expected = CMetry::ColorRendering::Of(lamp);
+    EXPECT_NEAR(json[0]["cct"].Number(), expected->temperature, 0.05);
+    EXPECT_NEAR(json[0]["duv"].Number(), expected->duv, 5e-6);
+    EXPECT_NEAR(json[0]["r"][8].Number(), expected->special[8], 0.05);
+    EXPECT_NEAR(json[0]["colour"][2].Number(), json[0]["xyz"][1].Number(), 1e-3);
+    EXPECT_TRUE(std::holds_alternative<std::nullptr_t>(json[1]["cct"].value));
+    EXPECT_TRUE(std::holds_alternative<std::nullptr_t>(json[1]["r"].value));
+
+    const auto [csvStatus, csv, csvMessages] =
+        Orbel({"convert", "--input", path, "--light", "--colour-space", "CIELCh"});
+    ASSERT_EQ(csvStatus, 0) << csvMessages;
+    EXPECT_EQ(csv.substr(0, csv.find('\n')),
+        "SAMPLE_NAME,XYZ_X,XYZ_Y,XYZ_Z,LAB_L,LAB_A,LAB_B,CIELCH_1,CIELCH_2,CIELCH_3,"
+        "CCT,DUV,RA,R1,R2,R3,R4,R5,R6,R7,R8,R9,R10,R11,R12,R13,R14");
+    // A black has no colour temperature: its seventeen cells stay empty.
+    EXPECT_EQ(csv.substr(csv.size() - 19), "0" + std::string(17, ',') + "\n") << csv;
+    std::filesystem::remove(path);
 }
 
 }
