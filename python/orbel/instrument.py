@@ -45,14 +45,22 @@ def _array(values):
 
 @dataclass
 class Sample:
-    """One spectrum, 380 nm to 730 nm in steps of 10 nm, and its colour under the conditions asked;
-    for emission and ambient light also its light (an orbel.colour.Light: cct, duv, ra, r, illuminance)."""
+    """One spectrum, 380 nm to 730 nm in steps of 10 nm, and its colour under the conditions asked."""
 
     spectrum: object
     colour: tuple
     conditions: dict = field(default_factory=dict)
     wavelengths: object = field(default_factory=lambda: _array(WAVELENGTHS))
-    light: object = None
+    is_light: bool = False
+    _light: object = field(default=None, repr=False)
+
+    @property
+    def light(self):
+        """For emission and ambient light: an orbel.colour.Light (cct, duv, ra, r, illuminance), worked out by
+        the orbel program when first asked for, so that a measurement never needs the program; else None."""
+        if self.is_light and self._light is None:
+            self._light = colour_science.emission_metrics([self.spectrum])[0]
+        return self._light
 
 
 class Instrument:
@@ -148,7 +156,7 @@ class Instrument:
 
     @staticmethod
     def _light(sample):
-        sample.light = colour_science.emission_metrics([sample.spectrum])[0]
+        sample.is_light = True
         return sample
 
     def _trigger(self, mode, conditions):
