@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test demo bench bench-usb asan tsan stress-sanitizers stress-one format check-format check-sources check-packages tidy clean
+.PHONY: all configure test test-windows demo bench bench-usb asan tsan stress-sanitizers stress-one format check-format check-sources check-packages tidy clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -15,6 +15,11 @@ configure:
 test: override CMAKE_FLAGS += -DORBEL_WERROR=ON
 test: all
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+# orbel.dll cross-built with mingw-w64 into build-windows and tested under Wine against the
+# virtual instrument of the Linux build; needs the packages mingw-w64, wine64 and wine64-tools.
+test-windows:
+	bash scripts/test-windows.sh $(JOBS)
 
 bench: configure
 	cmake --build $(BUILD) -j $(JOBS) --target bench
@@ -79,4 +84,4 @@ tidy:
 	run-clang-tidy -p $(BUILD) -j $(JOBS) -quiet '$(CURDIR)/(api|control|manager|driver|cmetry|utilities|diagnostics|tools|plugins)/'
 
 clean:
-	rm -rf build build-asan build-tsan build-package $(DEMO_BUILD)
+	rm -rf build build-asan build-tsan build-package build-windows $(DEMO_BUILD)

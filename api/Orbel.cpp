@@ -24,6 +24,7 @@
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/List.h"
 #include "utilities/Map.h"
+#include "utilities/platform/ProcessEnd.h"
 
 using CMetry::HvMeasureConditions;
 using CMetry::HvSpectrum;
@@ -203,7 +204,7 @@ Orbel& Orbel::Instance()
                 processLock.Unlock();
                 throw;
             }
-            std::atexit(DestroyInstance);
+            Utilities::ProcessEnd::AtExit(DestroyInstance);
         }
     }
     if (instance.IsNull()) {

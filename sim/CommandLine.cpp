@@ -217,6 +217,7 @@ int Start(const Arguments& arguments, std::ostream& out, std::ostream& err)
     }
     SimDirectory::Remove(control);
     SimDirectory::Remove(SimDirectory::DeviceSocket(directory, options.serial));
+    SimDirectory::Remove(SimDirectory::DevicePortFile(directory, options.serial));
     SimLog::SetVerbose(verbose);
     if (arguments.options.count("--foreground")) {
         return InstrumentService::Run(options, directory, [&](bool ok, const std::string& text) {

@@ -6,8 +6,8 @@
 
 namespace OrbelSim {
 
-DeviceServer::DeviceServer(Instrument& instrument, std::string socketPath)
-    : instrument(instrument), socketPath(std::move(socketPath))
+DeviceServer::DeviceServer(Instrument& instrument, std::string socketPath, std::string portFile)
+    : instrument(instrument), socketPath(std::move(socketPath)), portFile(std::move(portFile))
 {
 }
 
@@ -28,7 +28,7 @@ void DeviceServer::Listen()
     if (listener) {
         return;
     }
-    listener = std::make_unique<UnixListener>(socketPath);
+    listener = std::make_unique<UnixListener>(socketPath, portFile);
     acceptor = std::thread([this, accepting = listener.get()] { AcceptLoop(*accepting); });
     SimLog::Write("listening at " + socketPath);
 }

@@ -1,6 +1,7 @@
 #pragma once
-// The instrument's end of the cable: listens at <serial>.sock while the instrument is plugged in,
-// and keeps a DeviceConnection for each host connection.
+// The instrument's end of the cable: listens at <serial>.sock, and on the TCP port published in
+// <serial>.port, while the instrument is plugged in, and keeps a DeviceConnection for each host
+// connection.
 
 #include <memory>
 #include <mutex>
@@ -16,7 +17,7 @@ namespace OrbelSim {
 
 class DeviceServer {
 public:
-    DeviceServer(Instrument& instrument, std::string socketPath);
+    DeviceServer(Instrument& instrument, std::string socketPath, std::string portFile);
     ~DeviceServer();
     DeviceServer(const DeviceServer&) = delete;
     DeviceServer& operator=(const DeviceServer&) = delete;
@@ -32,6 +33,7 @@ private:
 
     Instrument& instrument;
     std::string socketPath;
+    std::string portFile;
     std::mutex mutex;
     std::unique_ptr<UnixListener> listener;
     std::thread acceptor;

@@ -46,7 +46,8 @@ int InstrumentService::Run(
     bool announced = false;
     try {
         Instrument instrument(options);
-        DeviceServer server(instrument, SimDirectory::DeviceSocket(directory, options.serial));
+        DeviceServer server(instrument, SimDirectory::DeviceSocket(directory, options.serial),
+            SimDirectory::DevicePortFile(directory, options.serial));
         UnixListener control(SimDirectory::ControlSocket(directory, options.serial));
         instrument.SetCableListener([&server](bool plugged) {
             if (plugged) {

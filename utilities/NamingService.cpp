@@ -14,6 +14,7 @@
 #include "utilities/Directory.h"
 #include "utilities/ExceptionDllLoader.h"
 #include "utilities/ExceptionNamingService.h"
+#include "utilities/platform/ProcessEnd.h"
 
 namespace Utilities {
 
@@ -62,7 +63,7 @@ NamingService* NamingService::CreateInstance()
     if (current == nullptr) {
         throw ExceptionNamingService("Can't create instance of NamingService");
     }
-    std::atexit(DestroyInstance);
+    ProcessEnd::AtExit(DestroyInstance);
     instance.store(current, std::memory_order_release);
     return current;
 }

@@ -7,7 +7,7 @@
 namespace DeviceDriver {
 
 // A named semaphore of count 0 or 1, shared by every process that makes one of the same name:
-// the count lies in a file of the lock directory, read and changed under a flock. Like a system
+// the count lies in a file of the lock directory, read and changed under a file lock. Like a system
 // semaphore it starts at 1 for the first holder and lives as long as any holder: every holder
 // keeps a shared lock on a second file, so that the first one can tell that it is alone.
 class InterruptLatch {

@@ -14,7 +14,7 @@ public:
     static constexpr std::uint32_t TimeoutError = 1460;
 
     static UsbResult Success(std::uint32_t transferred);
-    // An error number of the operating system, with its text.
+    // An errno number; the result carries the system's own number for it, and its text.
     static UsbResult Failure(int platformError);
     static UsbResult Timeout();
     static UsbResult NoDevice();

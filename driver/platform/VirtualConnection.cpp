@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <sys/socket.h>
-#include <unistd.h>
+
+#include "driver/platform/SimSocket.h"
 
 namespace DeviceDriver {
 
@@ -24,9 +24,9 @@ VirtualConnection::VirtualConnection(const Utilities::String& path, int socket)
 
 VirtualConnection::~VirtualConnection()
 {
-    ::shutdown(socket, SHUT_RDWR);
+    SimSocket::Shutdown(socket);
     reader.join();
-    ::close(socket);
+    SimSocket::Close(socket);
 }
 
 UsbResult VirtualConnection::ControlTransfer(
@@ -244,10 +244,7 @@ bool VirtualConnection::Send(const Frame::Request& request, const std::vector<st
     std::lock_guard<std::mutex> lock(sendMutex);
     std::size_t done = 0;
     while (done < frame.size()) {
-        const ssize_t wrote = ::send(socket, frame.data() + done, frame.size() - done, MSG_NOSIGNAL);
-        if (wrote < 0 && errno == EINTR) {
-            continue;
-        }
+        const long wrote = SimSocket::Send(socket, frame.data() + done, frame.size() - done);
         if (wrote <= 0) {
             return false;
         }
@@ -306,18 +303,13 @@ bool VirtualConnection::ReadExact(std::uint8_t* data, std::size_t size)
 
 bool VirtualConnection::Receive()
 {
-    while (true) {
-        const ssize_t got = ::recv(socket, inbox.data(), inbox.size(), 0);
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got <= 0) {
-            return false;
-        }
-        inboxStart = 0;
-        inboxEnd = static_cast<std::size_t>(got);
-        return true;
+    const long got = SimSocket::Receive(socket, inbox.data(), inbox.size());
+    if (got <= 0) {
+        return false;
     }
+    inboxStart = 0;
+    inboxEnd = static_cast<std::size_t>(got);
+    return true;
 }
 
 // Hands an answer to whoever waits for it; an answer nobody waits for any more is dropped.

@@ -8,14 +8,15 @@
 
 namespace DeviceDriver {
 
-// The virtual instruments that orbel-sim plugs in: each listens at <directory>/<serial>.sock and
-// has the path "sim:<serial>". Any number of connections, from any processes, may be open to one.
+// The virtual instruments that orbel-sim plugs in: each is published in a directory (SimSocket)
+// and has the path "sim:<serial>". Any number of connections, from any processes, may be open to
+// one.
 class VirtualPlatform : public UsbPlatform {
 public:
     // With an empty directory, DefaultDirectory is asked anew at each use.
     explicit VirtualPlatform(const Utilities::String& directory = Utilities::String());
 
-    // $ORBEL_SIM_DIR, else $XDG_RUNTIME_DIR/orbel-sim, else /tmp/orbel-sim-<uid>.
+    // $ORBEL_SIM_DIR, else the system's own place (SimSocket).
     static Utilities::String DefaultDirectory();
 
     bool Serves(const Utilities::String& path) const override;
@@ -26,11 +27,6 @@ public:
 
 private:
     std::string Directory() const;
-    static std::vector<std::string> SocketNames(const std::string& directory);
-    static bool IsSocket(const std::string& file);
-    static bool Answers(const std::string& file);
-    // A connected socket, or -1 with the error in `error`.
-    static int Connect(const std::string& file, int flags, int& error);
     static bool IsSerial(const std::string& serial);
 
     Utilities::String directory;

@@ -38,6 +38,11 @@ std::string SimDirectory::DeviceSocket(const std::string& directory, std::uint32
     return directory + "/" + std::to_string(serial) + ".sock";
 }
 
+std::string SimDirectory::DevicePortFile(const std::string& directory, std::uint32_t serial)
+{
+    return directory + "/" + std::to_string(serial) + ".port";
+}
+
 std::string SimDirectory::ControlSocket(const std::string& directory, std::uint32_t serial)
 {
     return directory + "/" + std::to_string(serial) + ".ctl";

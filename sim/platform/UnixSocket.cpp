@@ -1,8 +1,12 @@
 #include "sim/platform/UnixSocket.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
@@ -168,7 +172,7 @@ void UnixSocket::ShutdownBoth()
     }
 }
 
-UnixListener::UnixListener(const std::string& path) : path(path)
+UnixListener::UnixListener(const std::string& path, const std::string& portFile) : path(path), portFile(portFile)
 {
     const sockaddr_un address = AddressOf(path);
     int pipeFds[2];
@@ -182,35 +186,76 @@ UnixListener::UnixListener(const std::string& path) : path(path)
     if (fd < 0 || ::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         ::listen(fd, 16) != 0) {
         const int error = errno;
-        ::close(wakeRead);
-        ::close(wakeWrite);
-        if (fd >= 0) {
-            ::close(fd);
-        }
+        CloseAll();
         throw std::runtime_error("unable to listen at " + path + ": " + std::strerror(error));
+    }
+    if (!portFile.empty()) {
+        ListenOnLoopback();
+    }
+}
+
+// The port is written to a new file that then replaces the old one, so that a reader never sees
+// half a number.
+void UnixListener::ListenOnLoopback()
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    tcpFd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (tcpFd < 0 || ::bind(tcpFd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        ::listen(tcpFd, 16) != 0 || ::getsockname(tcpFd, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
+        const int error = errno;
+        CloseAll();
+        throw std::runtime_error(std::string("unable to listen on 127.0.0.1: ") + std::strerror(error));
+    }
+    const std::string written = portFile + ".new";
+    std::ofstream(written) << ntohs(address.sin_port) << '\n';
+    if (std::rename(written.c_str(), portFile.c_str()) != 0) {
+        const int error = errno;
+        CloseAll();
+        throw std::runtime_error("unable to write " + portFile + ": " + std::strerror(error));
     }
 }
 
 UnixListener::~UnixListener()
 {
-    ::close(fd);
-    ::unlink(path.c_str());
-    ::close(wakeRead);
-    ::close(wakeWrite);
+    CloseAll();
+}
+
+void UnixListener::CloseAll()
+{
+    for (const int open : {fd, tcpFd, wakeRead, wakeWrite}) {
+        if (open >= 0) {
+            ::close(open);
+        }
+    }
+    if (fd >= 0) {
+        ::unlink(path.c_str());
+    }
+    if (tcpFd >= 0) {
+        ::unlink(portFile.c_str());
+    }
 }
 
 std::optional<UnixSocket> UnixListener::Accept()
 {
     while (true) {
-        pollfd entries[2] = {{fd, POLLIN, 0}, {wakeRead, POLLIN, 0}};
-        const int ready = ::poll(entries, 2, -1);
+        pollfd entries[3] = {{wakeRead, POLLIN, 0}, {fd, POLLIN, 0}, {tcpFd, POLLIN, 0}};
+        const int ready = ::poll(entries, tcpFd >= 0 ? 3 : 2, -1);
         if (ready < 0 && errno == EINTR) {
             continue;
         }
-        if (ready < 0 || (entries[1].revents & POLLIN) != 0) {
+        if (ready < 0 || (entries[0].revents & POLLIN) != 0) {
             return std::nullopt;
         }
-        const int accepted = ::accept4(fd, nullptr, nullptr, SOCK_CLOEXEC);
+        const int listening = (entries[1].revents & POLLIN) != 0 ? fd : tcpFd;
+        const int accepted = ::accept4(listening, nullptr, nullptr, SOCK_CLOEXEC);
+        if (accepted >= 0 && listening == tcpFd) {
+            // Frames are small and answered one by one: waiting to fill a segment only delays them.
+            const int noDelay = 1;
+            ::setsockopt(accepted, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
+        }
         if (accepted >= 0) {
             return UnixSocket(accepted);
         }

@@ -1,5 +1,7 @@
 #pragma once
-// A connected Unix-domain stream socket, and a listening one whose Accept can be woken.
+// A connected Unix-domain stream socket, and a listening one whose Accept can be woken. The
+// listener may also listen on TCP 127.0.0.1, for hosts that have no Unix sockets (Windows under
+// Wine); a TCP connection then reads and writes like a Unix one.
 
 #include <cstdint>
 #include <optional>
@@ -42,7 +44,9 @@ private:
 class UnixListener {
 public:
     // Binds and listens at `path`, replacing a stale file; raises std::runtime_error with a text.
-    explicit UnixListener(const std::string& path);
+    // With a port file, also listens on a TCP port of 127.0.0.1 that the system chooses, and
+    // writes its number into that file while listening.
+    explicit UnixListener(const std::string& path, const std::string& portFile = std::string());
     ~UnixListener();
     UnixListener(const UnixListener&) = delete;
     UnixListener& operator=(const UnixListener&) = delete;
@@ -54,8 +58,13 @@ public:
     int WakeFd() const { return wakeWrite; }
 
 private:
+    void ListenOnLoopback();
+    void CloseAll();
+
     std::string path;
+    std::string portFile;
     int fd = -1;
+    int tcpFd = -1;
     int wakeRead = -1;
     int wakeWrite = -1;
 };

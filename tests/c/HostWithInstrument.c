@@ -1,35 +1,20 @@
-/* A host written in C that does what a host does with an instrument attached: a virtual one,
- * started in a directory of its own by the orbel-sim program named on the command line, or the
- * one that runs already where orbel-sim usb-run wraps this program (ORBEL_SIM_SERIAL names it).
- * Only orbel.h and the shared library are used to reach the module. */
-#define _POSIX_C_SOURCE 200809L
-#define _DEFAULT_SOURCE
+/* A host written in C that does what a host does with an instrument attached: a virtual one in a
+ * directory of its own, or the one that runs already where orbel-sim usb-run wraps this program
+ * (SimControl.h). Only orbel.h and the shared library are used to reach the module. */
 #include <math.h>
 #include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
-#include <unistd.h>
 
+#include "SimControl.h"
 #include "orbel.h"
 
 static int failures = 0;
-static const char* simProgram = NULL;
-static char ownDirectory[] = "/tmp/orbel-c-host-XXXXXX";
-static const char* simDirectory = ownDirectory;
-static char lockDirectory[512];
 
 static void Fail(const char* what, const char* detail)
 {
     ++failures;
     fprintf(stderr, "FAILED %s: %s\n", what, detail);
-}
-
-static int Sim(const char* arguments)
-{
-    char command[1024];
-    snprintf(command, sizeof command, "ORBEL_SIM_DIR=%s %s %s > /dev/null", simDirectory, simProgram, arguments);
-    return system(command);
 }
 
 static void Place(const char* target)
@@ -144,7 +129,7 @@ static void CheckKey(void)
         Fail("orbel-sim press", "failed");
     }
     for (tries = 0; tries < 200 && OB_KeyPressed() != OB_NoError; ++tries) {
-        usleep(10000);
+        SimPause(10);
     }
     if (tries == 200) {
         Fail("OB_KeyPressed after press", "never 0");
@@ -193,40 +178,10 @@ static void CheckEmissionMode(const char* mode, const char* target)
     }
 }
 
-/* Runs at exit after the module has closed the instrument, as it was registered before the
- * module's first call. */
-static void StopInstrument(void)
-{
-    char remove[600];
-    Sim("stop");
-    snprintf(remove, sizeof remove, "rm -rf %s", simDirectory);
-    if (system(remove) != 0) {
-        fprintf(stderr, "could not remove %s\n", simDirectory);
-    }
-}
-
 int main(int argumentCount, char** arguments)
 {
-    if (argumentCount != 2) {
-        fprintf(stderr, "usage: test_c_host_with_instrument ORBEL_SIM\n");
+    if (!SimStart(argumentCount, arguments)) {
         return 2;
-    }
-    simProgram = arguments[1];
-    if (getenv("ORBEL_SIM_SERIAL") != NULL && getenv("ORBEL_SIM_DIR") != NULL) {
-        simDirectory = getenv("ORBEL_SIM_DIR");
-    } else if (mkdtemp(ownDirectory) == NULL) {
-        perror("mkdtemp");
-        return 2;
-    }
-    snprintf(lockDirectory, sizeof lockDirectory, "%s/locks", simDirectory);
-    setenv("ORBEL_SIM_DIR", simDirectory, 1);
-    setenv("ORBEL_LOCK_DIR", lockDirectory, 1);
-    if (simDirectory == ownDirectory) {
-        if (Sim("start --noise off --time-scale 0") != 0) {
-            fprintf(stderr, "orbel-sim did not start\n");
-            return 2;
-        }
-        atexit(StopInstrument);
     }
 
     CheckReflectance();

@@ -412,6 +412,22 @@ TEST(InstrumentWire, UnplugEndsAnInterruptReadAndPlugBringsTheInstrumentBack)
     EXPECT_EQ(fresh.Misc().size(), 8u);
 }
 
+// Hosts without Unix sockets reach the same cable over TCP, at the port published beside the
+// socket while the instrument is plugged in.
+TEST(InstrumentWire, TheCableIsAlsoOnLoopbackTcpWhilePluggedIn)
+{
+    SimHarness sim;
+    const std::string portFile = sim.Directory() + "/1000001.port";
+    RawHost host(ConnectLoopback(portFile));
+    EXPECT_EQ(host.Misc().size(), 8u);
+    sim.Ok({"unplug"});
+    EXPECT_FALSE(std::filesystem::exists(portFile));
+    EXPECT_THROW(RawHost(ConnectLoopback(portFile)), std::runtime_error);
+    sim.Ok({"plug"});
+    RawHost again(ConnectLoopback(portFile));
+    EXPECT_EQ(again.Misc().size(), 8u);
+}
+
 TEST(InstrumentWire, TransferFaultsHitExactlyTheTransfersAsked)
 {
     SimHarness sim;

@@ -1,8 +1,13 @@
 #include "tests/sim/SimHarness.h"
 
 #include <algorithm>
+#include <arpa/inet.h>
 #include <bit>
+#include <fstream>
+#include <netinet/in.h>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -239,6 +244,26 @@ std::uint32_t EepromFiles::SumBetween(std::uint16_t above, std::uint16_t below) 
         }
     }
     return sum;
+}
+
+OrbelSim::UnixSocket ConnectLoopback(const std::string& portFile)
+{
+    int port = 0;
+    if (!(std::ifstream(portFile) >> port)) {
+        throw std::runtime_error("no port in " + portFile);
+    }
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0 || ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        if (fd >= 0) {
+            ::close(fd);
+        }
+        throw std::runtime_error("no instrument at port " + std::to_string(port));
+    }
+    return OrbelSim::UnixSocket(fd);
 }
 
 } // namespace OrbelSimTest

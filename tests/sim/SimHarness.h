@@ -30,6 +30,7 @@ using Rows = std::vector<std::vector<long>>;
 class RawHost {
 public:
     explicit RawHost(const std::string& socketPath);
+    explicit RawHost(OrbelSim::UnixSocket connected) : socket(std::move(connected)) { }
 
     std::uint32_t Send(OrbelSim::TransferKind kind, std::uint32_t transferLength, std::uint32_t timeoutMs,
         const std::vector<std::uint8_t>& body);
@@ -95,5 +96,8 @@ private:
 };
 
 std::string JsonField(const std::string& json, const std::string& key);
+
+// A TCP connection to 127.0.0.1 at the port written in the file; raises std::runtime_error.
+OrbelSim::UnixSocket ConnectLoopback(const std::string& portFile);
 
 } // namespace OrbelSimTest

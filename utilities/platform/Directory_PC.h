@@ -8,7 +8,7 @@
 
 namespace Utilities {
 
-// A Directory on POSIX: the neutral path is the native one.
+// A Directory of this system, in the neutral form of its path.
 class Directory_PC : public Directory {
 public:
     Directory_PC(long kind, const String& given);
@@ -28,10 +28,7 @@ private:
     static String WorkingDirectory();
     static String ProgramDirectory();
     static String SettingsDirectory();
-    static bool Exists(const String& path);
 
-    // The names of the entries that match the wildcard pattern, sorted.
-    std::vector<std::string> EntriesMatching(const String& pattern) const;
     String PathOf(const std::string& entry) const;
 
     String path;

@@ -1,9 +1,5 @@
 #include "utilities/platform/File_PC.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cctype>
 #include <ctime>
 #include <limits>
@@ -12,6 +8,7 @@
 #include "utilities/ExceptionResourceNotAvailable.h"
 #include "utilities/LanguageTranslator.h"
 #include "utilities/PathForm.h"
+#include "utilities/platform/SystemFiles.h"
 
 namespace Utilities {
 
@@ -23,18 +20,6 @@ constexpr char unknownTimeStamp[] = "00000000000000";
 String FailureText(const char* english, const String& path)
 {
     return Translated(english, "%FILENAME%", path);
-}
-
-// The status of the file as one that can be opened for reading; false when it can't.
-bool StatusOfReadableFile(const String& path, struct stat& status)
-{
-    const int descriptor = ::open(path.CString(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) {
-        return false;
-    }
-    const bool known = ::fstat(descriptor, &status) == 0;
-    ::close(descriptor);
-    return known;
 }
 
 std::string ToLower(std::string text)
@@ -162,23 +147,20 @@ SmartPointer<Directory> File_PC::GetDirectory() const
 
 bool File_PC::Delete()
 {
-    return ::unlink(path.CString()) != 0;
+    return !SystemFiles::Delete(path);
 }
 
 unsigned long File_PC::GetSize() const
 {
-    struct stat status { };
-    if (!StatusOfReadableFile(path, status)) {
-        return 0;
-    }
-    return static_cast<unsigned long>(status.st_size);
+    const auto status = SystemFiles::StatusOfReadable(path);
+    return status ? static_cast<unsigned long>(status->size) : 0;
 }
 
 String File_PC::GetTimeStamp() const
 {
-    struct stat status { };
+    const auto status = SystemFiles::StatusOfReadable(path);
     std::tm local{};
-    if (!StatusOfReadableFile(path, status) || ::localtime_r(&status.st_mtime, &local) == nullptr) {
+    if (!status || ::localtime_r(&status->modified, &local) == nullptr) {
         return String(unknownTimeStamp);
     }
     char text[sizeof unknownTimeStamp];
@@ -190,12 +172,7 @@ String File_PC::GetTimeStamp() const
 
 bool File_PC::CanAccess(bool forWriting) const
 {
-    const int descriptor = ::open(path.CString(), (forWriting ? O_RDWR : O_RDONLY) | O_CLOEXEC);
-    if (descriptor < 0) {
-        return false;
-    }
-    ::close(descriptor);
-    return true;
+    return SystemFiles::CanOpen(path, forWriting);
 }
 
 bool File_PC::HasExtension(const std::string& extension) const

@@ -9,7 +9,7 @@
 
 namespace Utilities {
 
-// A File on POSIX: the neutral path is the native one.
+// A File of this system, in the neutral form of its path.
 class File_PC : public File {
 public:
     explicit File_PC(const String& path);

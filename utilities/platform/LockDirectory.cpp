@@ -1,13 +1,9 @@
 #include "utilities/platform/LockDirectory.h"
 
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
-#include <sys/stat.h>
-#include <unistd.h>
 
-#include "utilities/ExceptionMultithreading.h"
+#include "utilities/platform/RuntimeDirectory.h"
 
 namespace Utilities {
 
@@ -46,11 +42,6 @@ uint64_t StableHash(const std::string& text)
     return hash;
 }
 
-[[noreturn]] void Fail(const std::string& what, const std::string& path, int error)
-{
-    throw ExceptionMultithreading((what + path + " (" + std::strerror(error) + ")").c_str());
-}
-
 }
 
 std::string LockDirectory::LockFilePath(const std::string& lockName)
@@ -83,34 +74,10 @@ std::string LockDirectory::PrepareDirectory()
 {
     const char* chosen = std::getenv("ORBEL_LOCK_DIR");
     if (IsSet(chosen)) {
-        MakeDirectory(chosen, false);
+        RuntimeDirectory::MakeChosen(chosen);
         return chosen;
     }
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    const std::string path =
-        IsSet(runtime) ? std::string(runtime) + "/orbel-locks" : "/tmp/orbel-locks-" + std::to_string(::getuid());
-    MakeDirectory(path, true);
-    return path;
-}
-
-// In a shared directory such as /tmp another user could have put a directory or a link of
-// his own in our place; such a directory is refused rather than used.
-void LockDirectory::MakeDirectory(const std::string& path, bool mustBeOwnedByUser)
-{
-    if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) {
-        Fail("Could not create lock directory ", path, errno);
-    }
-    struct stat status { };
-    const int result = mustBeOwnedByUser ? ::lstat(path.c_str(), &status) : ::stat(path.c_str(), &status);
-    if (result != 0) {
-        Fail("Could not create lock directory ", path, errno);
-    }
-    if (!S_ISDIR(status.st_mode)) {
-        Fail("Lock directory is no directory: ", path, ENOTDIR);
-    }
-    if (mustBeOwnedByUser && status.st_uid != ::getuid()) {
-        Fail("Lock directory belongs to another user: ", path, EPERM);
-    }
+    return RuntimeDirectory::Prepare("orbel-locks");
 }
 
 }

@@ -5,8 +5,8 @@
 namespace Utilities {
 
 // Where the files behind named locks lie. Every process of the user finds the same directory:
-// $ORBEL_LOCK_DIR when set (tests and tools give each run its own), else "orbel-locks" in
-// $XDG_RUNTIME_DIR, else /tmp/orbel-locks-<uid>. The directory is made on first use.
+// $ORBEL_LOCK_DIR when set (tests and tools give each run its own), else the user's runtime
+// directory "orbel-locks" (RuntimeDirectory). The directory is made on first use.
 class LockDirectory {
 public:
     // The lock file of a lock name. Raises ExceptionMultithreading when the directory can't be
@@ -20,7 +20,6 @@ public:
 
 private:
     static std::string PrepareDirectory();
-    static void MakeDirectory(const std::string& path, bool mustBeOwnedByUser);
 };
 
 }

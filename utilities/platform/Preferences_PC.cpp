@@ -1,8 +1,5 @@
 #include "utilities/platform/Preferences_PC.h"
 
-#include <unistd.h>
-
-#include <cstdio>
 #include <stdexcept>
 
 #include "utilities/ComponentCreatorSingleton.h"
@@ -11,6 +8,7 @@
 #include "utilities/File.h"
 #include "utilities/PathForm.h"
 #include "utilities/ProfileText.h"
+#include "utilities/platform/SystemFiles.h"
 
 namespace Utilities {
 
@@ -54,23 +52,6 @@ String Preferences_PC::SettingsFileName(const String& programPath)
     return programFile.Token(0, '.') + String(settingsExtension);
 }
 
-// The host program's file, whatever module this code lies in; empty when the system won't say.
-String Preferences_PC::ProgramPath()
-{
-    std::string program(256, '\0');
-    for (;;) {
-        const ssize_t length = ::readlink("/proc/self/exe", program.data(), program.size());
-        if (length < 0) {
-            return String();
-        }
-        if (static_cast<std::string::size_type>(length) < program.size()) {
-            program.resize(static_cast<std::string::size_type>(length));
-            return String(program);
-        }
-        program.resize(program.size() * 2);
-    }
-}
-
 String Preferences_PC::SettingsDirectoryPath()
 {
     return Directory::Create(Directory::DirectoryWindows)->GetPath();
@@ -78,7 +59,7 @@ String Preferences_PC::SettingsDirectoryPath()
 
 String Preferences_PC::SettingsPath()
 {
-    return SettingsDirectoryPath() + String('/') + SettingsFileName(ProgramPath());
+    return SettingsDirectoryPath() + String('/') + SettingsFileName(SystemFiles::ProgramPath());
 }
 
 // A file that can't be read counts as empty. The file is only opened once it is known to be
@@ -115,7 +96,7 @@ void Preferences_PC::WriteSettings(const std::string& text)
         throw;
     }
     replacement->Close();
-    if (std::rename(replacementPath.CString(), settingsPath.CString()) != 0) {
+    if (!SystemFiles::Replace(replacementPath, settingsPath)) {
         replacement->Delete();
     }
 }

@@ -25,7 +25,6 @@ public:
     static String SettingsFileName(const String& programPath);
 
 private:
-    static String ProgramPath();
     static String SettingsDirectoryPath();
     static String SettingsPath();
     // Nothing of it may fail through a translated message: the language service reads its

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace Control {
+
+// The module as COM sees it: its handle, and the objects and locks that keep it loaded.
+class ControlModule {
+public:
+    static void SetInstance(HINSTANCE instance);
+    static HINSTANCE Instance();
+    // The full path of orbel.dll.
+    static std::wstring Path();
+
+    static void ObjectMade();
+    static void ObjectGone();
+    static void Lock(bool lock);
+    static bool CanUnload();
+};
+
+}

@@ -1,0 +1,12 @@
+#include "driver/platform/StripStartSignal.h"
+
+#include <windows.h>
+
+namespace DeviceDriver {
+
+void StripStartSignal::Sound()
+{
+    ::MessageBeep(MB_OK);
+}
+
+}
