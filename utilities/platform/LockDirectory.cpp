@@ -12,11 +12,6 @@ namespace {
 constexpr std::size_t longestEncodedName = 180;
 const char* const hexDigits = "0123456789ABCDEF";
 
-bool IsSet(const char* value)
-{
-    return value != nullptr && *value != '\0';
-}
-
 bool KeepsAsItIs(char c, std::size_t position)
 {
     const bool alphanumeric = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -73,7 +68,7 @@ std::string LockDirectory::FileName(const std::string& lockName)
 std::string LockDirectory::PrepareDirectory()
 {
     const char* chosen = std::getenv("ORBEL_LOCK_DIR");
-    if (IsSet(chosen)) {
+    if (chosen != nullptr && *chosen != '\0') {
         RuntimeDirectory::MakeChosen(chosen);
         return chosen;
     }
