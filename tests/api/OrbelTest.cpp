@@ -42,7 +42,7 @@ bool Eventually(const std::function<bool()>& condition)
 }
 
 // Each test starts from a connected module in mode 3 with its defaults and no results.
-class OrbelTest : public ::testing::Test {
+class OrbelApiTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
@@ -83,7 +83,7 @@ protected:
 
 }
 
-TEST_F(OrbelTest, ReflectanceIsCalibratedMeasuredAndReadUnderTheOptionsOfTheMoment)
+TEST_F(OrbelApiTest, ReflectanceIsCalibratedMeasuredAndReadUnderTheOptionsOfTheMoment)
 {
     CalibrateOnTheTile();
     EXPECT_EQ(OB_GetNumberOfAvailableSamples(), 0);
@@ -119,7 +119,7 @@ TEST_F(OrbelTest, ReflectanceIsCalibratedMeasuredAndReadUnderTheOptionsOfTheMome
     EXPECT_EQ(LastError(), "no data available measurement not triggered !!");
 }
 
-TEST_F(OrbelTest, DensitiesNeedASubstrateUnlessTheWhiteBaseIsAbsolute)
+TEST_F(OrbelApiTest, DensitiesNeedASubstrateUnlessTheWhiteBaseIsAbsolute)
 {
     CalibrateOnTheTile();
     MeasureReflectanceOf("sample:tcs09");
@@ -149,7 +149,7 @@ TEST_F(OrbelTest, DensitiesNeedASubstrateUnlessTheWhiteBaseIsAbsolute)
     EXPECT_EQ(OB_GetDensity(&density, 0), OB_NoSubstrateWhiteReference);
 }
 
-TEST_F(OrbelTest, OptionKeysIgnoreCaseValuesDoNotAndUnknownKeysAreRefused)
+TEST_F(OrbelApiTest, OptionKeysIgnoreCaseValuesDoNotAndUnknownKeysAreRefused)
 {
     ASSERT_EQ(OB_SetOption("colorimetric.illumination", "D50"), OB_NoError) << LastError();
     EXPECT_STREQ(OB_GetOption("COLORIMETRIC.ILLUMINATION"), "D50");
@@ -173,7 +173,7 @@ TEST_F(OrbelTest, OptionKeysIgnoreCaseValuesDoNotAndUnknownKeysAreRefused)
     EXPECT_STREQ(OB_GetOption("Colorimetric.Illumination"), "D50");
 }
 
-TEST_F(OrbelTest, InstrumentKeysAreExactAndTheKeyPressIsConsumed)
+TEST_F(OrbelApiTest, InstrumentKeysAreExactAndTheKeyPressIsConsumed)
 {
     EXPECT_STREQ(OB_GetDeviceInfo("SerialNumber"), "1000001");
     EXPECT_STREQ(OB_GetDeviceInfo("serialnumber"), "");
@@ -188,7 +188,7 @@ TEST_F(OrbelTest, InstrumentKeysAreExactAndTheKeyPressIsConsumed)
     EXPECT_STREQ(OB_GetDeviceInfo("IsKeyPressed"), "no");
 }
 
-TEST_F(OrbelTest, ResetDropsTheResultsOfTheCurrentDeviceOnly)
+TEST_F(OrbelApiTest, ResetDropsTheResultsOfTheCurrentDeviceOnly)
 {
     CalibrateOnTheTile();
     MeasureReflectanceOf("sample:grey30");
@@ -206,7 +206,7 @@ TEST_F(OrbelTest, ResetDropsTheResultsOfTheCurrentDeviceOnly)
     EXPECT_EQ(OB_GetNumberOfAvailableSamples(), 1);
 }
 
-TEST_F(OrbelTest, ScanningGivesRawPositionsOrRecognisedPatches)
+TEST_F(OrbelApiTest, ScanningGivesRawPositionsOrRecognisedPatches)
 {
     ASSERT_EQ(OB_SetOption("Recognition", "yes"), OB_NoError);
     ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
@@ -233,7 +233,7 @@ TEST_F(OrbelTest, ScanningGivesRawPositionsOrRecognisedPatches)
 
 // The count takes the readings of a position that many at a time; a count below 1 leaves the
 // instrument's own, and one above what a position holds is refused and loses nothing.
-TEST_F(OrbelTest, CountedScansTakeTheCallersCountOrRefuseIt)
+TEST_F(OrbelApiTest, CountedScansTakeTheCallersCountOrRefuseIt)
 {
     ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
     CalibrateOnTheTile();
@@ -258,7 +258,7 @@ TEST_F(OrbelTest, CountedScansTakeTheCallersCountOrRefuseIt)
 
 // Tuning values and paper whites that would give numbers of nothing are refused where they are
 // set, with the value in the message, and what was set before stays.
-TEST_F(OrbelTest, ValuesThatMakeNoNumbersAreRefusedWhereTheyAreSet)
+TEST_F(OrbelApiTest, ValuesThatMakeNoNumbersAreRefusedWhereTheyAreSet)
 {
     ASSERT_EQ(OB_SetOption("MeasurementMode", "SingleEmission"), OB_NoError);
     ASSERT_EQ(OB_SetOption("CustomCondition", "Enable"), OB_NoError);
@@ -289,7 +289,7 @@ TEST_F(OrbelTest, ValuesThatMakeNoNumbersAreRefusedWhereTheyAreSet)
 }
 
 // An instrument that is there but doesn't open says why, and works once the cause has gone.
-TEST_F(OrbelTest, AFailedOpenTellsItsCause)
+TEST_F(OrbelApiTest, AFailedOpenTellsItsCause)
 {
     Sim({"unplug"});
     // Over USB the module hears of it a moment later, from the system.
@@ -313,7 +313,7 @@ TEST_F(OrbelTest, AFailedOpenTellsItsCause)
 
 // A scanning calibration cut short leaves the instrument not calibrated, which tells the host
 // what to do.
-TEST_F(OrbelTest, AFailedScanCalibrationLeavesTheScanNotCalibrated)
+TEST_F(OrbelApiTest, AFailedScanCalibrationLeavesTheScanNotCalibrated)
 {
     ASSERT_EQ(OB_SetOption("MeasurementMode", "ScanningReflectance"), OB_NoError);
     CalibrateOnTheTile();
@@ -325,7 +325,7 @@ TEST_F(OrbelTest, AFailedScanCalibrationLeavesTheScanNotCalibrated)
     EXPECT_EQ(OB_TriggerMeasurement(), OB_NoError) << LastError();
 }
 
-TEST_F(OrbelTest, APulledCableGivesTwoAndThePluggedInstrumentComesBackWithItsWhite)
+TEST_F(OrbelApiTest, APulledCableGivesTwoAndThePluggedInstrumentComesBackWithItsWhite)
 {
     CalibrateOnTheTile();
     ASSERT_EQ(OB_SetOption("Colorimetric.Illumination", "D50"), OB_NoError);

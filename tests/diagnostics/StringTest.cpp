@@ -76,7 +76,8 @@ TEST(DiagnosticsStringTest, ChangingACopyLeavesItsSource)
     assigned = source;
     assigned.Clear();
     EXPECT_STREQ("source", source.CString());
-    assigned = assigned;
+    const String& alias = assigned;
+    assigned = alias;
     EXPECT_TRUE(assigned.IsEmpty());
 }
 

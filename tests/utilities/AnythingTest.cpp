@@ -103,7 +103,8 @@ TEST(AnythingTest, CopiesShareTheBody)
     assigned = copy;
     assigned.AsMap()[String("more")] = Anything(true);
     EXPECT_EQ(source.AsMap().Size(), 2u);
-    assigned = assigned;
+    const Anything& alias = assigned;
+    assigned = alias;
     EXPECT_EQ(assigned.AsMap().Size(), 2u);
 
     Vector<Anything> elements(1);

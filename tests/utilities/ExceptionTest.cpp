@@ -54,6 +54,7 @@ TEST(ExceptionTest, CopiesOwnTheirText)
     EXPECT_STREQ("SmartPointer is null", assigned.Text()->CString());
     EXPECT_NE(copy.Text(), assigned.Text());
     const String* before = assigned.Text();
-    assigned = assigned;
+    const ExceptionNullpointer& alias = assigned;
+    assigned = alias;
     EXPECT_EQ(before, assigned.Text());
 }

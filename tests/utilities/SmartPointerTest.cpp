@@ -64,7 +64,8 @@ TEST_F(SmartPointerTest, LastCopyOrAssignmentDeletesThroughTheVirtualDestructor)
             SmartPointer<Base> second(first);
             SmartPointer<Base> third;
             third = second;
-            third = third;
+            const SmartPointer<Base>& alias = third;
+            third = alias;
             (*third).value = 5;
         }
         EXPECT_EQ(destroyed, 0);
