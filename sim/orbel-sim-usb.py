@@ -451,10 +451,18 @@ class EmulatedBus:
         self.testbed.remove_device(SYSPATH)
         log(self.verbose, 'unplugged')
 
+    def _answers(self):
+        """The socket shows before the instrument listens on it: a host must not find it sooner."""
+        try:
+            InstrumentLink.descriptors(self.socket_path)
+            return True
+        except (OSError, EOFError, RuntimeError):
+            return False
+
     def _watch(self):
         while not self.stopping.wait(WATCH_SECONDS):
             present = os.path.exists(self.socket_path)
-            if present and self.device is None:
+            if present and self.device is None and self._answers():
                 self._replug()
             elif not present and self.device is not None:
                 self._remove()
