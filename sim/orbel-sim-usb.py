@@ -161,9 +161,10 @@ class UsbDevice:
     def use_fifo_node(self, node):
         """A FIFO kept full in place of umockdev's plain-file node: the client's poll() then fires only
         while a URB waits to be reaped, instead of always (libusb would spin on REAPURBNDELAY)."""
-        os.unlink(node)
-        os.mkfifo(node)
-        self.wake_fd = os.open(node, os.O_RDWR | os.O_NONBLOCK)
+        fifo = node + '.fifo'
+        os.mkfifo(fifo)
+        self.wake_fd = os.open(fifo, os.O_RDWR | os.O_NONBLOCK)
+        os.rename(fifo, node)  # at once: a host opening the node never finds none
         with self.lock:
             self._update_wake()
 
