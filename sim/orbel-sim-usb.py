@@ -153,20 +153,18 @@ class UsbDevice:
     """The usbdevfs side: ioctls of every client, turned into frames on the instrument's socket."""
 
     def __init__(self, socket_path, verbose):
-        from gi.repository import UMockdev
         self.socket_path, self.verbose = socket_path, verbose
         self.lock = threading.Lock()
         self.clients = {}
         self.wake_fd, self.armed = None, True
-        self.handler = UMockdev.IoctlBase()
-        self.handler.connect('handle-ioctl', self._on_ioctl)
 
     def use_fifo_node(self, node):
         """A FIFO kept full in place of umockdev's plain-file node: the client's poll() then fires only
         while a URB waits to be reaped, instead of always (libusb would spin on REAPURBNDELAY)."""
-        os.unlink(node)
-        os.mkfifo(node)
-        self.wake_fd = os.open(node, os.O_RDWR | os.O_NONBLOCK)
+        fifo = node + '.fifo'
+        os.mkfifo(fifo)
+        self.wake_fd = os.open(fifo, os.O_RDWR | os.O_NONBLOCK)
+        os.rename(fifo, node)  # at once: a host opening the node never finds none
         with self.lock:
             self._update_wake()
 
@@ -256,8 +254,15 @@ class UsbDevice:
                 self._fail_all(client)
 
     # --- ioctls ------------------------------------------------------------------------------------
-    def _client(self, ioctl_client):
-        return self.clients.setdefault(hash(ioctl_client), Client())
+    def forget(self, key):
+        with self.lock:
+            client = self.clients.pop(key, None)
+            link = client and self._release(client)
+        if link:
+            link.close()
+
+    def _client(self, key):
+        return self.clients.setdefault(key, Client())
 
     def _connect(self, client):  # lock held
         if client.link is None and not client.gone:
@@ -273,11 +278,11 @@ class UsbDevice:
         client.pending, client.silent = {}, []
         return link
 
-    def _on_ioctl(self, handler, ioctl_client):
+    def handle(self, key, ioctl_client):
         request, argument = ioctl_client.get_request(), ioctl_client.get_arg()
         link = None
         with self.lock:
-            client = self._client(ioctl_client)
+            client = self._client(key)
             if client.gone and request not in (REAPURB, REAPURBNDELAY, RELEASEINTERFACE, DISCARDURB):
                 ioctl_client.complete(-1, errno.ENODEV)
             elif request == GET_CAPABILITIES:
@@ -306,7 +311,6 @@ class UsbDevice:
                 ioctl_client.complete(-1, errno.ENOTTY)
         if link:
             link.close()
-        return True
 
     def _submit(self, client, urb):  # lock held
         if not self._connect(client):
@@ -368,9 +372,15 @@ class EmulatedBus:
         self.descriptors = InstrumentLink.descriptors(socket_path)
         self.vendor, self.product = struct.unpack_from('<HH', self.descriptors, 8)
         self.testbed = UMockdev.Testbed.new()
-        self.device, self.retired = None, None
+        self.device, self.retired, self.owners = None, [], {}
+        self.lock = threading.Lock()
+        self.handler = UMockdev.IoctlBase()
+        self.handler.connect('handle-ioctl', self._on_ioctl)
+        self.handler.connect('client-connected', self._on_connected)
         self.stopping = threading.Event()
         self._add()
+        self.testbed.attach_ioctl(DEVNODE, self.handler)
+        self.device.use_fifo_node(self.root() + DEVNODE)
         self.watcher = threading.Thread(target=self._watch)
         self.watcher.start()
 
@@ -383,7 +393,7 @@ class EmulatedBus:
     def close(self):
         self.stopping.set()
         self.watcher.join()
-        for device in (self.device, self.retired):
+        for device in [self.device] + self.retired:
             if device:
                 device.close()
         self.testbed = None  # its folder goes with it
@@ -398,32 +408,63 @@ class EmulatedBus:
             'A: idProduct=%04x' % self.product, 'A: dev=189:1',
             'H: descriptors=' + self.descriptors.hex().upper(), ''])
 
+    def _on_connected(self, handler, ioctl_client):
+        """A node opened anew, on the device present now; a vanished client's key may come again."""
+        key = hash(ioctl_client)
+        with self.lock:
+            stale = self.owners.pop(key, None)
+            if self.device is not None:
+                self.owners[key] = self.device
+        if stale is not None:
+            stale.forget(key)
+
+    def _on_ioctl(self, handler, ioctl_client):
+        """An opened node stays with the device it was opened on: after an unplug its clients reap
+        their failed transfers from the device that has gone, while new ones reach the new device."""
+        key = hash(ioctl_client)
+        with self.lock:
+            device = self.owners.get(key)
+        if device is None:
+            ioctl_client.complete(-1, errno.ENODEV)
+        else:
+            device.handle(key, ioctl_client)
+        return True
+
     def _add(self):
-        if self.retired:
-            # Its clients have seen "no device" and let go; the node's emulation is the new one's now.
-            self.testbed.detach_ioctl(DEVNODE)
-            self.retired.close()
-            self.retired = None
+        device = UsbDevice(self.socket_path, self.verbose)
         self.testbed.add_from_string(self._entry())
-        self.device = UsbDevice(self.socket_path, self.verbose)
-        self.testbed.attach_ioctl(DEVNODE, self.device.handler)
-        self.device.use_fifo_node(self.root() + DEVNODE)
-        self.testbed.uevent(SYSPATH, 'add')
+        with self.lock:
+            self.device = device
         log(self.verbose, 'plugged in')
 
+    def _replug(self):
+        self._add()
+        # The node that the testbed makes anew is a plain file again.
+        self.device.use_fifo_node(self.root() + DEVNODE)
+        self.testbed.uevent(SYSPATH, 'add')
+
     def _remove(self):
-        """Clients that still hold the node reap their failed URBs from the retired device."""
-        self.device.unplug()
+        with self.lock:
+            gone, self.device = self.device, None
+        gone.unplug()
+        self.retired.append(gone)
         self.testbed.uevent(SYSPATH, 'remove')
         self.testbed.remove_device(SYSPATH)
-        self.retired, self.device = self.device, None
         log(self.verbose, 'unplugged')
+
+    def _answers(self):
+        """The socket shows before the instrument listens on it: a host must not find it sooner."""
+        try:
+            InstrumentLink.descriptors(self.socket_path)
+            return True
+        except (OSError, EOFError, RuntimeError):
+            return False
 
     def _watch(self):
         while not self.stopping.wait(WATCH_SECONDS):
             present = os.path.exists(self.socket_path)
-            if present and self.device is None:
-                self._add()
+            if present and self.device is None and self._answers():
+                self._replug()
             elif not present and self.device is not None:
                 self._remove()
 

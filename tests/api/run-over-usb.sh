@@ -10,6 +10,9 @@ if ! command -v umockdev-wrapper >/dev/null ||
     echo "SKIPPED: the run over USB needs umockdev (apt-get install umockdev gir1.2-umockdev-1.0 python3-gi)"
     exit 77
 fi
+# umockdev's preload comes before the sanitizer's runtime in a sanitized build.
+ASAN_OPTIONS="${ASAN_OPTIONS:+$ASAN_OPTIONS:}verify_asan_link_order=0"
+export ASAN_OPTIONS
 ORBEL_SIM_DIR=$(mktemp -d /tmp/orbel-usb-test-XXXXXX)
 export ORBEL_SIM_DIR
 trap '"$sim" stop >/dev/null 2>&1; rm -rf "$ORBEL_SIM_DIR"' EXIT
