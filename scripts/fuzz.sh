@@ -4,7 +4,7 @@
 # crash leaves its input there as crash-* and fails the run.
 # Usage: scripts/fuzz.sh BUILD_DIRECTORY SECONDS_PER_TARGET
 set -eu
-build=$1
+build=$(cd "$1" && pwd)
 seconds=$2
 source_dir=$(cd "$(dirname "$0")/.." && pwd)
 failed=0
