@@ -77,7 +77,8 @@ private:
             std::min<std::size_t>(WordAt(answer.data() + answerBodyLengthOffset), size - used);
         answer.insert(answer.end(), data + used, data + used + bodyLength);
         used += bodyLength;
-        return ::write(socket, answer.data(), answer.size()) == static_cast<ssize_t>(answer.size());
+        // The module may have hung up already: no SIGPIPE for that.
+        return ::send(socket, answer.data(), answer.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(answer.size());
     }
 
     const int socket;
