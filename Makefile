@@ -3,7 +3,7 @@ BUILD ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?=
 
-.PHONY: all configure test test-windows demo bench bench-usb asan tsan stress-sanitizers stress-one format check-format check-sources check-packages tidy clean
+.PHONY: all configure test test-windows demo bench bench-usb asan tsan stress-sanitizers stress-one fuzz soak format check-format check-sources check-packages tidy clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -60,6 +60,24 @@ stress-one: configure
 	cmake --build $(BUILD) -j $(JOBS) --target test_threads
 	cd $(BUILD)/tests/threads && ORBEL_STRESS_SECONDS=$(STRESS_SECONDS) ./test_threads
 
+# The fuzz targets of tests/fuzz under libFuzzer with AddressSanitizer and UndefinedBehaviorSanitizer,
+# built with clang into build-fuzz (only the targets and what they link), each run FUZZ_SECONDS
+# from the seeds of the repository.
+FUZZ_SECONDS ?= 60
+
+fuzz:
+	cmake -S . -B build-fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DORBEL_SANITIZE=fuzzer
+	cmake --build build-fuzz -j $(JOBS) --target fuzz-targets
+	sh scripts/fuzz.sh build-fuzz $(FUZZ_SECONDS)
+
+# Cycles of open, measure, scan, unplug and plug with random faults against a virtual
+# instrument (SOAK_CYCLES, default 1000); not in CI, it takes a quarter of an hour or more.
+SOAK_CYCLES ?= 1000
+
+soak: configure
+	cmake --build $(BUILD) -j $(JOBS) --target orbel_soak
+	$(BUILD)/tests/soak/orbel_soak $(SOAK_CYCLES)
+
 # One style for the whole tree, fixed by .clang-format.
 format:
 	@sh scripts/check-format.sh --fix
@@ -84,4 +102,4 @@ tidy:
 	run-clang-tidy -p $(BUILD) -j $(JOBS) -quiet '$(CURDIR)/(api|control|manager|driver|cmetry|utilities|diagnostics|tools|plugins)/'
 
 clean:
-	rm -rf build build-asan build-tsan build-package build-windows $(DEMO_BUILD)
+	rm -rf build build-asan build-tsan build-package build-fuzz build-windows $(DEMO_BUILD)

@@ -26,6 +26,12 @@ int32_t ParseDecimal(const char* text)
     return static_cast<int32_t>(value);
 }
 
+bool IsConnectedInCall()
+{
+    Orbel::BeginCall();
+    return Orbel::Instance().IsConnected();
+}
+
 }
 
 extern "C" {
@@ -45,7 +51,7 @@ int32_t OB_IsConnected(void)
 {
     try {
         const CallGate::Entry entry = CallGate::EnterUnlessKnown();
-        const bool connected = entry.owns_lock() ? Orbel::Instance().IsConnected() : CallGate::LastKnownConnection();
+        const bool connected = entry.owns_lock() ? IsConnectedInCall() : CallGate::LastKnownConnection();
         return connected ? OB_NoError : OB_DeviceNotConnected;
     } catch (...) {
         // No exception may cross the C boundary: a failure outside the module's family answers as unknown.
@@ -63,6 +69,7 @@ int32_t OB_KeyPressed(void)
         if (!entry.owns_lock()) {
             return CallGate::LastKnownConnection() ? OB_KeyNotPressed : OB_DeviceNotConnected;
         }
+        Orbel::BeginCall();
         return Orbel::Instance().IsKeyPressed() ? OB_NoError : OB_KeyNotPressed;
     } catch (const OrbelApiError& error) {
         return error.Code();

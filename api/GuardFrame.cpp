@@ -10,6 +10,13 @@ void GuardFrame::RequireArgument(const void* argument)
     }
 }
 
+CallGate::Entry GuardFrame::EnterCall()
+{
+    CallGate::Entry entry = CallGate::Enter();
+    Orbel::BeginCall();
+    return entry;
+}
+
 void GuardFrame::StoreSuccess()
 {
     Orbel::Instance().SetLastError(OB_NoError, OrbelApiError::TextOf(OB_NoError));

@@ -32,6 +32,8 @@ public:
     static const char* RunOption(Body&& body) noexcept;
 
 private:
+    // Passes the call gate and begins the call in Orbel.
+    static CallGate::Entry EnterCall();
     static void StoreSuccess();
     // Converts the failure, resets the connection if it was lost, and stores code and text.
     static void StoreFailure(const Utilities::Exception& failure);
@@ -51,7 +53,7 @@ template<class Body>
 int32_t GuardFrame::RunStatus(Body&& body) noexcept
 {
     try {
-        const CallGate::Entry entry = CallGate::Enter();
+        const CallGate::Entry entry = EnterCall();
         try {
             body();
             StoreSuccess();
@@ -68,7 +70,7 @@ template<class Body>
 const char* GuardFrame::RunDeviceInfo(Body&& body) noexcept
 {
     try {
-        const CallGate::Entry entry = CallGate::Enter();
+        const CallGate::Entry entry = EnterCall();
         try {
             return body();
         } catch (const Utilities::Exception& failure) {
@@ -86,7 +88,7 @@ template<class Body>
 const char* GuardFrame::RunOption(Body&& body) noexcept
 {
     try {
-        const CallGate::Entry entry = CallGate::Enter();
+        const CallGate::Entry entry = EnterCall();
         try {
             const char* answer = body();
             StoreSuccess();

@@ -293,17 +293,32 @@ SmartPointer<Interface> Orbel::InterfaceOf(const char* name)
     return Utilities::SmartPointerCast<Interface>(instrument->GetInterface(String(name)));
 }
 
+// Null when the instrument didn't open: asking would open it again, and an instrument that
+// doesn't answer would cost each request the whole wait of an opening.
+template<class Interface>
+SmartPointer<Interface> Orbel::OpenedInterfaceOf(const char* name)
+{
+    return buttons.IsNull() ? SmartPointer<Interface>() : InterfaceOf<Interface>(name);
+}
+
 // Without an instrument the interfaces are null and each device fails when it is used; buttons
 // stay null, so that the next call tries again.
+bool Orbel::openFailedInCall = false;
+
+void Orbel::BeginCall()
+{
+    openFailedInCall = false;
+}
+
 void Orbel::Open()
 {
-    if (!buttons.IsNull()) {
+    if (!buttons.IsNull() || openFailedInCall) {
         return;
     }
     instrument->Activate();
     info = InterfaceOf<HviManager::InstrumentInfo_V1>("InstrumentInfo_V1");
     buttons = InterfaceOf<HviManager::InstrumentButtons_V1>("InstrumentButtons_V1");
-    // Read now: the devices' requests below try to open again and may clear it.
+    openFailedInCall = buttons.IsNull();
     openFailure = buttons.IsNull() ? instrument->OpenFailure() : String();
     BuildDevices();
 }
@@ -320,13 +335,13 @@ void Orbel::BuildDevices()
 {
     devices.clear();
     devices[singleEmission] = SmartPointer<MeasurementDeviceInterface>(
-        new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>("SpecPhotoMeterEmission_V1")));
+        new EmissionDevice(OpenedInterfaceOf<SpecPhotoMeterEmission_V1>("SpecPhotoMeterEmission_V1")));
     devices[singleAmbientLight] = SmartPointer<MeasurementDeviceInterface>(
-        new EmissionDevice(InterfaceOf<SpecPhotoMeterEmission_V1>("SpecPhotoMeterAmbientLight_V1")));
+        new EmissionDevice(OpenedInterfaceOf<SpecPhotoMeterEmission_V1>("SpecPhotoMeterAmbientLight_V1")));
     devices[singleReflectance] = SmartPointer<MeasurementDeviceInterface>(
-        new ReflectanceDevice(InterfaceOf<SpecPhotoMeterReflectance_V1>("SpecPhotoMeterReflectance_V1")));
+        new ReflectanceDevice(OpenedInterfaceOf<SpecPhotoMeterReflectance_V1>("SpecPhotoMeterReflectance_V1")));
     devices[scanningReflectance] = SmartPointer<MeasurementDeviceInterface>(
-        new ScanningDevice(InterfaceOf<SpecPhotoMeterScanning_V1>("SpecPhotoMeterScanning_V1")));
+        new ScanningDevice(OpenedInterfaceOf<SpecPhotoMeterScanning_V1>("SpecPhotoMeterScanning_V1")));
 }
 
 void Orbel::Close()
@@ -364,6 +379,10 @@ bool Orbel::IsKeyPressed()
         throw OrbelApiError(OB_DeviceNotConnected);
     }
     Open();
+    RequireOpened();
+    if (buttons.IsNull()) {
+        throw OrbelApiError(OB_DeviceNotConnected);
+    }
     const Utilities::Map<String, Utilities::Anything> states =
         buttons->GetButtonStates(SmartPointer<Utilities::List<String>>());
     return states.Find(String("MeasurementKey")).IsValid();
@@ -472,6 +491,8 @@ void Orbel::TriggerCountedScan(int32_t count)
                 String(static_cast<unsigned long>(DeviceDriver::PaviloLowLevelDriver::LargestScanCount)) +
                 String(" readings a position of a scan can hold"));
     }
+    Open();
+    RequireOpened();
     // A count below 1 leaves the instrument's own, as the count of a plain trigger does.
     GetScanner().TriggerCountedScan(count < 1 ? ScanningDevice::defaultCount : count);
 }

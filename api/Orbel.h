@@ -50,6 +50,10 @@ public:
     // and with ExceptionNullpointer when the mode has no device.
     MeasurementDeviceInterface& GetDevice();
 
+    // Each exported call begins here: an instrument that fails to open is tried once a call, so
+    // that one that doesn't answer costs a call one opening, not one for each of its steps.
+    // Static, as the first call creates the object, which opens.
+    static void BeginCall();
     // Open builds the devices when the instrument answers; Close drops them with their results
     // and options and closes the instrument.
     void Open();
@@ -91,6 +95,8 @@ private:
 
     template<class Interface>
     Utilities::SmartPointer<Interface> InterfaceOf(const char* name);
+    template<class Interface>
+    Utilities::SmartPointer<Interface> OpenedInterfaceOf(const char* name);
     void RequireOpened() const;
     void BuildDevices();
     // The scanning device, whatever the mode; it holds the recognition flag.
@@ -110,6 +116,8 @@ private:
     bool substrateSet;
     // Why the attached instrument didn't open at the last attempt; empty when it opened.
     Utilities::String openFailure;
+    // Only read and written inside the call gate.
+    static bool openFailedInCall;
     Utilities::SmartPointer<HviManager::HviInstrument> instrument;
     Utilities::SmartPointer<HviManager::InstrumentInfo_V1> info;
     Utilities::SmartPointer<HviManager::InstrumentButtons_V1> buttons;

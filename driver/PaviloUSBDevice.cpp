@@ -114,7 +114,9 @@ private:
 class PaviloUSBDevice::Listener : public Utilities::Thread {
 public:
     Listener(PaviloUSBDevice& device, std::shared_ptr<UsbConnection> pipes)
-        : device(device), pipes(std::move(pipes)) { }
+        : Thread("PaviloUSBDevice::Listener"), device(device), pipes(std::move(pipes))
+    {
+    }
     ~Listener() override { Stop(0); }
 
     std::uint32_t Run() override { return device.Listen(pipes); }
@@ -129,7 +131,10 @@ private:
 // Tells the owner of one event, so that the listener never waits for the observers.
 class PaviloUSBDevice::Notifier : public Utilities::Thread {
 public:
-    Notifier(PaviloUSBDevice& device, long value) : device(device), value(value), finished(false) { }
+    Notifier(PaviloUSBDevice& device, long value)
+        : Thread("PaviloUSBDevice::Notifier"), device(device), value(value), finished(false)
+    {
+    }
     ~Notifier() override { Stop(0); }
 
     std::uint32_t Run() override

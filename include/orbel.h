@@ -45,6 +45,7 @@
  * - Control questions of the instrument (connection, key, state values): 2 s each.
  * - Opening the instrument, which the first call after it is plugged in does: the questions
  *   above, and its 8192-byte memory at 10 ms a byte + 5 s when the instrument doesn't answer.
+ *   An instrument that is attached but doesn't open is tried again by each call, once a call.
  * A call that runs out of its bound answers 2 when the instrument has gone, else 9 with the
  * failing step in "LastError". */
 
@@ -95,7 +96,8 @@ OB_EXPORT const char* OB_GetDeviceInfo(const char* key);
 OB_EXPORT int32_t OB_IsConnected(void);
 
 /* Whether the measurement key was pressed since the last question: 0 pressed, 4 not pressed,
- * 2 not connected, 11 on any other failure. Reads and clears the latch that the instrument's
+ * 2 not connected, 9 attached but doesn't open (the next call that stores its outcome says
+ * why), 11 on any other failure. Reads and clears the latch that the instrument's
  * key sets, without a transfer, so that each press answers 0 once. Leaves "LastError" alone. */
 OB_EXPORT int32_t OB_KeyPressed(void);
 

@@ -9,8 +9,8 @@ using Utilities::SmartPointer;
 using Utilities::String;
 
 InstrumentEvents_V1::InstrumentEvents_V1(const SmartPointer<InstrumentButtons_V1>& buttons)
-    : watching(false), messages(Utilities::ResolveAs<GUI::MessageService>("MessageService")), pace(String()),
-      buttons(buttons)
+    : Thread("InstrumentEvents_V1"), watching(false),
+      messages(Utilities::ResolveAs<GUI::MessageService>("MessageService")), pace(String()), buttons(buttons)
 {
     // Held by this thread for ever, so that the loop's wait on it is a pause.
     if (!pace.Lock(Utilities::Mutex::waitForEver)) {

@@ -87,7 +87,8 @@ void Split(const std::string& line, char separator, std::vector<std::string>& wo
                 i += line[i] == '"';
                 word += line[i];
             }
-            ++i;
+            // Past the closing quote; a line may end inside the quotes.
+            i = std::min(i + 1, line.size());
         }
         const std::size_t start = i;
         while (i < line.size() && !isSeparator(line[i])) {

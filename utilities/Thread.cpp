@@ -1,5 +1,11 @@
 #include "utilities/Thread.h"
 
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "diagnostics/DebugTraceItem.h"
 #include "utilities/ExceptionMultithreading.h"
 #include "utilities/ResolveAs.h"
 
@@ -11,7 +17,10 @@ constexpr unsigned long waitOnDestructionMs = 1000;
 
 }
 
-Thread::Thread() : stopRequested(false), runsUnderWay(0) { }
+Thread::Thread(const char* name, unsigned long overrunBoundMs)
+    : name(name), overrunBoundMs(overrunBoundMs), stopRequested(false), runsUnderWay(0)
+{
+}
 
 Thread::~Thread()
 {
@@ -19,7 +28,9 @@ Thread::~Thread()
         Stop(waitOnDestructionMs);
     }
     stopRequested = true;
-    WaitForRunsToEnd();
+    if (!WaitForRunsToEnd(overrunBoundMs)) {
+        AbortForOverrun();
+    }
 }
 
 Diagnostics::String Thread::GetValueString() const
@@ -33,21 +44,23 @@ void Thread::Start()
     if (started.IsNull()) {
         throw ExceptionMultithreading("Could not load thread implementation");
     }
-    stopRequested = true;
-    WaitForRunsToEnd();
+    if (!WaitForRunsToEnd(0)) {
+        throw ExceptionMultithreading("Could not start thread: its previous run has not ended");
+    }
     implementation = started;
     stopRequested = false;
     implementation->Start(this);
 }
 
-void Thread::Stop(unsigned long waitMs)
+bool Thread::Stop(unsigned long waitMs)
 {
     if (implementation.IsNull()) {
-        return;
+        return WaitForRunsToEnd(waitMs);
     }
     stopRequested = true;
     implementation->Stop(waitMs);
     implementation = SmartPointer<ThreadImplementation>();
+    return WaitForRunsToEnd(0);
 }
 
 bool Thread::IsStopRequested() const
@@ -70,10 +83,21 @@ void Thread::LeaveRun()
     runEnded.notify_all();
 }
 
-void Thread::WaitForRunsToEnd()
+bool Thread::WaitForRunsToEnd(unsigned long waitMs)
 {
     std::unique_lock<std::mutex> held(runGuard);
-    runEnded.wait(held, [this] { return runsUnderWay == 0; });
+    return runEnded.wait_for(held, std::chrono::milliseconds(waitMs), [this] { return runsUnderWay == 0; });
+}
+
+void Thread::AbortForOverrun() const
+{
+    const std::string text = std::string("Thread \"") + name + "\" ignored the request to stop for " +
+        std::to_string(overrunBoundMs) + " ms; ending the process";
+    Diagnostics::DebugTraceItem trace("Utilities", "Thread", "~Thread", this);
+    trace.AddParameter(text.c_str());
+    trace.LogCall();
+    std::fprintf(stderr, "%s\n", text.c_str());
+    std::abort();
 }
 
 }

@@ -8,6 +8,7 @@
 #include <type_traits>
 
 #include "utilities/Exception.h"
+#include "utilities/ExceptionMultithreading.h"
 #include "utilities/ResolveAs.h"
 #include "utilities/Thread.h"
 #include "utilities/platform/ThreadImplementation_PC.h"
@@ -28,6 +29,7 @@ constexpr unsigned long tenSeconds = 10000;
 // Runs until asked to stop, counting its rounds and its runs.
 class LoopingThread : public Thread {
 public:
+    LoopingThread() : Thread("LoopingThread") { }
     ~LoopingThread() override { Stop(tenSeconds); }
 
     uint32_t Run() override
@@ -55,7 +57,7 @@ public:
 template<class Failure>
 class OneShotThread : public Thread {
 public:
-    explicit OneShotThread(uint32_t exitCode) : exitCode(exitCode) { }
+    explicit OneShotThread(uint32_t exitCode) : Thread("OneShotThread"), exitCode(exitCode) { }
     ~OneShotThread() override { Stop(tenSeconds); }
 
     uint32_t Run() override
@@ -75,7 +77,10 @@ public:
 // as its run is meant to outlive Stop.
 class StubbornThread : public Thread {
 public:
-    StubbornThread(std::shared_future<void> gate, std::atomic<bool>& finished) : gate(gate), finished(finished) { }
+    StubbornThread(std::shared_future<void> gate, std::atomic<bool>& finished, unsigned long overrunBoundMs = 60000)
+        : Thread("StubbornThread", overrunBoundMs), gate(gate), finished(finished)
+    {
+    }
 
     uint32_t Run() override
     {
@@ -141,22 +146,18 @@ TEST(ThreadTest, StopEndsTheRunLoopAndReturnsAsSoonAsItHasEnded)
     EXPECT_STREQ(thread.GetValueString().CString(), "Thread not started");
 }
 
-TEST(ThreadTest, StartAfterStopOrWhileRunningBeginsANewRun)
+TEST(ThreadTest, StartAfterStopBeginsANewRunAndWhileRunningIsRefused)
 {
     LoopingThread thread;
     thread.Start();
     thread.WaitForRounds(1);
-    thread.Stop(tenSeconds);
+    EXPECT_THROW(thread.Start(), Utilities::ExceptionMultithreading);
+    EXPECT_FALSE(thread.IsStopRequested());
+    EXPECT_TRUE(thread.Stop(tenSeconds));
     thread.Start();
     EXPECT_FALSE(thread.IsStopRequested());
     thread.WaitForRounds(thread.rounds + 1);
     EXPECT_EQ(thread.runs, 2);
-
-    // A start on a running thread ends the earlier run first.
-    thread.Start();
-    EXPECT_FALSE(thread.IsStopRequested());
-    thread.WaitForRounds(thread.rounds + 3);
-    EXPECT_EQ(thread.runs, 3);
 }
 
 TEST(ThreadTest, ExitCodeIsRunsResultOrAllOnesWhenRunThrows)
@@ -211,27 +212,42 @@ TEST(ThreadTest, RunThatOverrunsTheWaitIsLeftToFinishAndWaitedForAtTheEnd)
     opener.join();
 }
 
-TEST(ThreadTest, OverrunThroughTheThreadIsWaitedForBeforeTheNextStart)
+// Stop gives up and says so; Start refuses until the overrunning run has ended.
+TEST(ThreadTest, OverrunThroughTheThreadIsReportedAndBlocksNothing)
 {
     std::promise<void> gate;
     std::atomic<bool> finished{false};
     StubbornThread thread(gate.get_future().share(), finished);
     thread.Start();
     thread.started.get_future().wait();
-    thread.Stop(20);
-    EXPECT_FALSE(finished);
+    EXPECT_FALSE(thread.Stop(20));
     EXPECT_TRUE(thread.IsStopRequested());
+    EXPECT_FALSE(thread.Stop(20));
+    EXPECT_LT(TimeOf([&] { EXPECT_THROW(thread.Start(), Utilities::ExceptionMultithreading); }), promptly);
+    EXPECT_FALSE(finished);
 
-    std::thread opener([&] {
-        std::this_thread::sleep_for(100ms);
-        gate.set_value();
-    });
+    gate.set_value();
+    EXPECT_TRUE(thread.Stop(tenSeconds));
+    EXPECT_TRUE(finished);
     thread.started = std::promise<void>();
     thread.Start();
-    EXPECT_TRUE(finished);
     thread.started.get_future().wait();
-    thread.Stop(tenSeconds);
-    opener.join();
+    EXPECT_TRUE(thread.Stop(tenSeconds));
+}
+
+// A run that outlives its Thread's bound would use a destroyed object: the process ends, naming it.
+TEST(ThreadDeathTest, DestroyingARunThatIgnoresTheStopAbortsNamingTheThread)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            std::promise<void> never;
+            std::atomic<bool> finished{false};
+            StubbornThread thread(never.get_future().share(), finished, 100);
+            thread.Start();
+            thread.started.get_future().wait();
+        },
+        "Thread \"StubbornThread\" ignored the request to stop for 100 ms");
 }
 
 TEST(ThreadTest, DestroyingARunningThreadStopsIt)
@@ -239,7 +255,7 @@ TEST(ThreadTest, DestroyingARunningThreadStopsIt)
     std::atomic<bool> ended{false};
     class Plain : public Thread {
     public:
-        explicit Plain(std::atomic<bool>& ended) : ended(ended) { }
+        explicit Plain(std::atomic<bool>& ended) : Thread("Plain"), ended(ended) { }
         uint32_t Run() override
         {
             std::atomic<bool>& endedFlag = ended;
