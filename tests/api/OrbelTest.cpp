@@ -368,7 +368,7 @@ std::string WriteRamp(const TemporaryDirectory& directory)
 
 // Thousands of readings come through the double-buffered bulk reads, every one in its place, and
 // the scan ends where the instrument's last short block says.
-TEST_F(OrbelTest, ALongRawStripArrivesWholeAndInOrder)
+TEST_F(OrbelApiTest, ALongRawStripArrivesWholeAndInOrder)
 {
     const TemporaryDirectory directory;
     const std::string ramp = WriteRamp(directory);
@@ -393,7 +393,7 @@ TEST_F(OrbelTest, ALongRawStripArrivesWholeAndInOrder)
 
 // The cable goes in the middle of a measurement or of a scan: the call answers 2 at once, and the
 // instrument plugged in again measures on the white it had.
-TEST_F(OrbelTest, ACableLostMidwayGivesTwoAndTheInstrumentComesBack)
+TEST_F(OrbelApiTest, ACableLostMidwayGivesTwoAndTheInstrumentComesBack)
 {
     struct Case {
         const char* mode;
