@@ -14,8 +14,6 @@ namespace {
 constexpr long spectrumElements = 36;
 constexpr long triStimulusElements = 3;
 constexpr long densitiesElements = 4;
-constexpr WORD typeLibraryMajor = 1;
-constexpr WORD typeLibraryMinor = 0;
 // The extent of a new control: 2 by 1 cm in HIMETRIC.
 constexpr LONG initialWidth = 2000;
 constexpr LONG initialHeight = 1000;

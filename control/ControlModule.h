@@ -6,6 +6,10 @@
 
 namespace Control {
 
+// The version of the type library that the module carries, registers and loads.
+constexpr WORD typeLibraryMajor = 1;
+constexpr WORD typeLibraryMinor = 0;
+
 // The module as COM sees it: its handle, and the objects and locks that keep it loaded.
 class ControlModule {
 public:

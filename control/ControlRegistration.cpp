@@ -14,8 +14,6 @@ namespace {
 
 const wchar_t progId[] = L"Halvorn.OrbelCtrl.1";
 const wchar_t typeName[] = L"OrbelCtrl Control";
-constexpr WORD typeLibraryMajor = 1;
-constexpr WORD typeLibraryMinor = 0;
 constexpr LCID typeLibraryLocale = 1033;
 
 struct Entry {

@@ -34,7 +34,7 @@ step() {
 }
 
 build_windows() {
-    cmake -S . -B "$windows_build" --toolchain cmake/mingw-w64-x86_64.cmake -DCMAKE_BUILD_TYPE=Release \
+    cmake -S . -B "$windows_build" --toolchain cmake/mingw-w64-x86_64.cmake -DCMAKE_BUILD_TYPE=Release -DCMAKE_UNITY_BUILD=ON \
         -DORBEL_WERROR=ON >/dev/null && cmake --build "$windows_build" -j "$jobs"
 }
 
