@@ -49,12 +49,12 @@ tsan:
 	$(MAKE) test BUILD=build-tsan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=thread"
 
 # Eight host threads mixing every exported function, under both sanitizers as above; only the
-# module, the virtual instrument and the one test program are built.
+# module, the virtual instrument and the one test program are built, the first two as unity builds.
 STRESS_SECONDS ?= 30
 
 stress-sanitizers:
-	$(MAKE) stress-one BUILD=build-asan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=address"
-	$(MAKE) stress-one BUILD=build-tsan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=thread"
+	$(MAKE) stress-one BUILD=build-asan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=address -DCMAKE_UNITY_BUILD=ON"
+	$(MAKE) stress-one BUILD=build-tsan CMAKE_FLAGS="-DCMAKE_BUILD_TYPE=Debug -DORBEL_SANITIZE=thread -DCMAKE_UNITY_BUILD=ON"
 
 stress-one: configure
 	cmake --build $(BUILD) -j $(JOBS) --target test_threads
@@ -66,7 +66,8 @@ stress-one: configure
 FUZZ_SECONDS ?= 60
 
 fuzz:
-	cmake -S . -B build-fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DORBEL_SANITIZE=fuzzer
+	cmake -S . -B build-fuzz -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ -DORBEL_SANITIZE=fuzzer \
+	  -DCMAKE_UNITY_BUILD=ON
 	cmake --build build-fuzz -j $(JOBS) --target fuzz-targets
 	sh scripts/fuzz.sh build-fuzz $(FUZZ_SECONDS)
 

@@ -69,6 +69,10 @@ public:
     bool CloseDevice() override { return true; }
     void NotifyObservers(long) override { }
     bool IsDeviceOpen() override { return true; }
+    Utilities::Mutex GetDeviceMutex() override { return deviceMutex; }
+
+private:
+    Utilities::Mutex deviceMutex;
 };
 
 // Above the revision of the USB command set, so that the driver finds this one.
