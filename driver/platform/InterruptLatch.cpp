@@ -79,10 +79,7 @@ bool InterruptLatch::Release()
 bool InterruptLatch::Change(char from, char to)
 {
     LockCount();
-    const bool changed = ReadCount() == from;
-    if (changed) {
-        WriteCount(to);
-    }
+    const bool changed = ReadCount() == from && WriteCount(to);
     UnlockCount();
     return changed;
 }
@@ -104,9 +101,9 @@ char InterruptLatch::ReadCount()
     return ::pread(countFile, &count, 1, 0) == 1 ? count : countOne;
 }
 
-void InterruptLatch::WriteCount(char count)
+bool InterruptLatch::WriteCount(char count)
 {
-    static_cast<void>(::pwrite(countFile, &count, 1, 0));
+    return ::pwrite(countFile, &count, 1, 0) == 1;
 }
 
 }

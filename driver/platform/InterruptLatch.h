@@ -24,12 +24,13 @@ public:
     bool Release();
 
 private:
-    // Reads the count and, if it is `from`, writes `to`; true when it did.
+    // Reads the count and, if it is `from`, writes `to`; true when it did. A count that can't be
+    // written is no change, so that no two holders both believe they took the latch.
     bool Change(char from, char to);
     void LockCount();
     void UnlockCount();
     char ReadCount();
-    void WriteCount(char count);
+    bool WriteCount(char count);
 
     int countFile;
     int holdersFile;

@@ -99,10 +99,7 @@ bool InterruptLatch::Release()
 bool InterruptLatch::Change(char from, char to)
 {
     LockCount();
-    const bool changed = ReadCount() == from;
-    if (changed) {
-        WriteCount(to);
-    }
+    const bool changed = ReadCount() == from && WriteCount(to);
     UnlockCount();
     return changed;
 }
@@ -128,12 +125,12 @@ char InterruptLatch::ReadCount()
     return ::ReadFile(Handle(countFile), &count, 1, &read, &at) != 0 && read == 1 ? count : countOne;
 }
 
-void InterruptLatch::WriteCount(char count)
+bool InterruptLatch::WriteCount(char count)
 {
     DWORD written = 0;
     OVERLAPPED at{};
     at.Offset = 1;
-    ::WriteFile(Handle(countFile), &count, 1, &written, &at);
+    return ::WriteFile(Handle(countFile), &count, 1, &written, &at) != 0 && written == 1;
 }
 
 }
