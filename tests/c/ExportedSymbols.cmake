@@ -12,14 +12,15 @@ if(NOT status EQUAL 0)
 endif()
 
 # Lines read "<address> <type> <name>[@@<version>]". The version node itself appears as an
-# absolute symbol of that name; it names the interface version and exports nothing.
+# absolute symbol of that name (llvm-nm adds its own version to it too); it names the interface
+# version and exports nothing.
 string(REPLACE "\n" ";" lines "${listing}")
 set(exported "")
 foreach(line IN LISTS lines)
   if(line MATCHES "^[0-9a-fA-F]* *([A-Za-z]) ([^@]+)")
     set(type "${CMAKE_MATCH_1}")
     set(name "${CMAKE_MATCH_2}")
-    if(type STREQUAL "A" AND line MATCHES "^0* A ${name}$")
+    if(type STREQUAL "A" AND line MATCHES "^0* A ${name}(@@${name})?$")
       continue()
     endif()
     if(type STREQUAL "T")
