@@ -141,12 +141,12 @@ class Urb:
 class Client:
     """One opened device node: its own link to the instrument and its own URBs."""
 
-    def __init__(self):
+    def __init__(self, gone):
         self.link = None
         self.pending = {}  # request id -> (urb, kind, frame length, frame body)
         self.silent = []  # URBs the instrument never answered: they end when libusb discards them
         self.reapable = []
-        self.gone = False
+        self.gone = gone
 
 
 class UsbDevice:
@@ -156,6 +156,7 @@ class UsbDevice:
         self.socket_path, self.verbose = socket_path, verbose
         self.lock = threading.Lock()
         self.clients = {}
+        self.cable_gone = False
         self.wake_fd, self.armed = None, True
 
     def use_fifo_node(self, node):
@@ -171,8 +172,7 @@ class UsbDevice:
     def unplug(self):
         """The cable is gone: every transfer in flight ends with "no device", as the kernel does."""
         with self.lock:
-            for client in self.clients.values():
-                self._fail_all(client)
+            self._cable_went()
         for client in list(self.clients.values()):
             if client.link:
                 client.link.close()
@@ -199,6 +199,13 @@ class UsbDevice:
     def _complete(self, client, urb):  # lock held
         client.reapable.append(urb)
         self._update_wake()
+
+    def _cable_went(self):  # lock held
+        """Whichever client learns it first, the cable is gone for all, and a node opened after it
+        can't claim the device any more, as with the kernel's usbfs."""
+        self.cable_gone = True
+        for client in self.clients.values():
+            self._fail_all(client)
 
     def _fail_all(self, client):  # lock held
         client.gone = True
@@ -229,7 +236,7 @@ class UsbDevice:
             self._finish(urb, kind, status, body)
             self._complete(client, urb)
             if status == NO_DEVICE:
-                self._fail_all(client)
+                self._cable_went()
 
     @staticmethod
     def _finish(urb, kind, status, body):
@@ -251,7 +258,7 @@ class UsbDevice:
     def _on_gone(self, client, link):
         with self.lock:
             if client.link is link:
-                self._fail_all(client)
+                self._cable_went()
 
     # --- ioctls ------------------------------------------------------------------------------------
     def forget(self, key):
@@ -262,7 +269,7 @@ class UsbDevice:
             link.close()
 
     def _client(self, key):
-        return self.clients.setdefault(key, Client())
+        return self.clients.setdefault(key, Client(self.cable_gone))
 
     def _connect(self, client):  # lock held
         if client.link is None and not client.gone:
@@ -270,7 +277,7 @@ class UsbDevice:
                 client.link = InstrumentLink(self.socket_path, lambda *answer: self._on_answer(client, *answer),
                                              lambda link: self._on_gone(client, link))
             except OSError:
-                client.gone = True
+                self._cable_went()
         return not client.gone
 
     def _release(self, client):  # lock held
@@ -464,6 +471,10 @@ class EmulatedBus:
         while not self.stopping.wait(WATCH_SECONDS):
             present = os.path.exists(self.socket_path)
             if present and self.device is None and self._answers():
+                self._replug()
+            elif present and self.device is not None and self.device.cable_gone and self._answers():
+                # Dropped and plugged again between two looks: the host must see it go and come.
+                self._remove()
                 self._replug()
             elif not present and self.device is not None:
                 self._remove()
