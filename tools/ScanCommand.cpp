@@ -5,6 +5,7 @@
 #include "tools/PersonHand.h"
 #include "tools/ReportOutput.h"
 #include "tools/SpectrumFile.h"
+#include "tools/platform/StripStartWatch.h"
 
 namespace OrbelCli {
 
@@ -60,10 +61,13 @@ int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream
     Instrument::Calibrate();
     prompt.Await("Set the instrument on the paper before the first patch, press the measurement key, and draw it "
                  "across the strip at an even pace.");
-    if (counted) {
-        Instrument::TriggerCountedScan(static_cast<int32_t>(count));
-    } else {
-        Instrument::Trigger();
+    {
+        const StripStartWatch drawNow(messages);
+        if (counted) {
+            Instrument::TriggerCountedScan(static_cast<int32_t>(count));
+        } else {
+            Instrument::Trigger();
+        }
     }
     ReportOutput::Emit(reader.Read({}, true), arguments, out, messages);
     return 0;

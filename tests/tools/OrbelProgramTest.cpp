@@ -93,6 +93,7 @@ TEST_F(OrbelProgramTest, CgatsOfMeasureAndScanReadsBack)
     const ProgramResult scanned = Orbel({"scan", "--recognition", "--format", "cgats", "--no-wait", "--plot", plot});
     ASSERT_EQ(scanned.exitCode, 0) << scanned.err;
     EXPECT_EQ(CgatsReader::Read(scanned.out).sets.size(), 24u);
+    EXPECT_NE(scanned.err.find("draw now\n"), std::string::npos) << scanned.err;
     EXPECT_TRUE(std::filesystem::exists(plot));
 }
 
