@@ -97,6 +97,13 @@ TEST_F(OrbelProgramTest, CgatsOfMeasureAndScanReadsBack)
     EXPECT_TRUE(std::filesystem::exists(plot));
 }
 
+TEST_F(OrbelProgramTest, DevicesListsTheVirtualInstrumentAsOneThatOpens)
+{
+    const ProgramResult listed = Orbel({"info", "--devices", "--format", "csv"});
+    ASSERT_EQ(listed.exitCode, 0) << listed.err;
+    EXPECT_NE(listed.out.find("\n" + sim.Path() + ",yes\n"), std::string::npos) << listed.out;
+}
+
 TEST(OrbelProgramWithoutInstrumentTest, MissingInstrumentExitsTwoAndNamesTheVirtualOne)
 {
     TemporaryLockDirectory locks;
