@@ -1,5 +1,7 @@
 #include "tools/ScanCommand.h"
 
+#include <optional>
+
 #include "tools/Instrument.h"
 #include "tools/MeasurementReader.h"
 #include "tools/PersonHand.h"
@@ -50,6 +52,9 @@ int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream
     const auto substrate = arguments.Get("--substrate");
     const Spectrum paper = substrate ? SpectrumFile::Read(*substrate) : Spectrum{};
 
+    // Set up before the module has threads of its own; gone before the results, so that "draw now"
+    // comes first.
+    std::optional<StripStartWatch> drawNow(std::in_place, messages);
     Instrument::RequireConnection();
     Instrument::SetOption("MeasurementMode", "ScanningReflectance");
     Instrument::SetOption("Recognition", arguments.Has("--recognition") ? "yes" : "no");
@@ -61,14 +66,12 @@ int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream
     Instrument::Calibrate();
     prompt.Await("Set the instrument on the paper before the first patch, press the measurement key, and draw it "
                  "across the strip at an even pace.");
-    {
-        const StripStartWatch drawNow(messages);
-        if (counted) {
-            Instrument::TriggerCountedScan(static_cast<int32_t>(count));
-        } else {
-            Instrument::Trigger();
-        }
+    if (counted) {
+        Instrument::TriggerCountedScan(static_cast<int32_t>(count));
+    } else {
+        Instrument::Trigger();
     }
+    drawNow.reset();
     ReportOutput::Emit(reader.Read({}, true), arguments, out, messages);
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "tools/platform/StripStartWatch.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
@@ -52,7 +53,10 @@ void StripStartWatch::Watch()
     pollfd watched[2] = {{signal[0], POLLIN, 0}, {stop[0], POLLIN, 0}};
     while (true) {
         if (::poll(watched, 2, -1) < 0) {
-            continue;
+            if (errno == EINTR) {
+                continue;
+            }
+            return;
         }
         if (!ShowArrived() || (watched[1].revents & POLLIN) != 0) {
             return;
