@@ -5,6 +5,9 @@
 #include <memory>
 
 #include "driver/platform/UsbPlatforms.h"
+#include "orbel.h"
+#include "tools/CliError.h"
+#include "tools/Instrument.h"
 
 namespace OrbelCli {
 
@@ -37,7 +40,19 @@ std::vector<std::pair<std::string, std::string>> DeviceSurvey::Take()
         const DeviceDriver::UsbResult opened = platforms.Open(path, connection);
         devices.emplace_back(path.ToStdString(), Verdict(opened, ids));
     }
+    if (devices.empty()) {
+        throw CliError(OB_DeviceNotConnected, NoneFound(ids));
+    }
     return devices;
+}
+
+std::string DeviceSurvey::NoneFound(const DeviceDriver::UsbInstrumentIds& ids)
+{
+    const std::string usb = ids.IsSet()
+        ? "None has the USB ids " + Hexadecimal(ids.vendorId) + ":" + Hexadecimal(ids.productId) + "."
+        : "No USB ids are configured: set UsbVendorId and UsbProductId in the section [Pavilo] of the "
+          "settings file, or ORBEL_USB_ID=vvvv:pppp.";
+    return "No instrument is connected. " + usb + "\n" + Instrument::TryWithoutHardware;
 }
 
 std::string DeviceSurvey::Verdict(const DeviceDriver::UsbResult& opened, const DeviceDriver::UsbInstrumentIds& ids)

@@ -13,8 +13,11 @@ namespace OrbelCli {
 
 class DeviceSurvey {
 public:
-    // Each path with "yes" or the reason it can't be opened, the USB instruments first.
+    // Each path with "yes" or the reason it can't be opened, the USB instruments first; throws a
+    // CliError (code 2) when there is none.
     static std::vector<std::pair<std::string, std::string>> Take();
+    // Why none was found, and what to do.
+    static std::string NoneFound(const DeviceDriver::UsbInstrumentIds& ids);
     // What a trial open came to, for a person: "yes", or "no: " with the cause and the remedy.
     static std::string Verdict(const DeviceDriver::UsbResult& opened, const DeviceDriver::UsbInstrumentIds& ids);
 };

@@ -30,3 +30,11 @@ TEST(DeviceSurveyTest, EachOpenResultSaysWhyAndWhatToDo)
         EXPECT_EQ(verdict.find_first_of(",\n"), std::string::npos) << verdict;
     }
 }
+
+TEST(DeviceSurveyTest, NoneFoundNamesTheIdsLookedForOrHowToConfigureThem)
+{
+    EXPECT_NE(DeviceSurvey::NoneFound(UsbInstrumentIds{0xabcd, 0x01ef}).find("None has the USB ids abcd:01ef."),
+        std::string::npos);
+    EXPECT_NE(DeviceSurvey::NoneFound(UsbInstrumentIds{}).find("UsbVendorId and UsbProductId in the section [Pavilo]"),
+        std::string::npos);
+}

@@ -109,12 +109,10 @@ TEST(OrbelProgramWithoutInstrumentTest, MissingInstrumentExitsTwoAndNamesTheVirt
     TemporaryLockDirectory locks;
     const auto empty = std::filesystem::temp_directory_path() / ("orbel-cli-empty-" + std::to_string(::getpid()));
     std::filesystem::create_directories(empty);
-    for (const char* command : {"info", "measure"}) {
-        const ProgramResult result = ProgramRunner::Run(ORBEL_CLI_BINARY,
-            std::string(command) == "info" ? std::vector<std::string>{"info"}
-                                           : std::vector<std::string>{command, "--no-wait"},
-            "ORBEL_SIM_DIR", empty.string());
-        EXPECT_EQ(result.exitCode, OB_DeviceNotConnected) << command << ": " << result.err;
+    const std::vector<std::string> commands[] = {{"info"}, {"measure", "--no-wait"}, {"info", "--devices"}};
+    for (const auto& command : commands) {
+        const ProgramResult result = ProgramRunner::Run(ORBEL_CLI_BINARY, command, "ORBEL_SIM_DIR", empty.string());
+        EXPECT_EQ(result.exitCode, OB_DeviceNotConnected) << command.back() << ": " << result.err;
         EXPECT_NE(result.err.find("No instrument is connected."), std::string::npos) << result.err;
         EXPECT_NE(result.err.find("orbel-sim start"), std::string::npos) << result.err;
         EXPECT_TRUE(result.out.empty());
