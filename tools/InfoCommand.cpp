@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/DeviceSurvey.h"
 #include "tools/Instrument.h"
 #include "tools/JsonFormatter.h"
 
@@ -10,17 +11,20 @@ namespace OrbelCli {
 std::string InfoCommand::Summary() const
 {
     return "Shows the version of the module and what the instrument tells about itself: serial number, time\n"
-           "and number of measurements since the last calibration, the filter fitted, the measurement mode.";
+           "and number of measurements since the last calibration, the filter fitted, the measurement mode.\n"
+           "--devices lists instead every instrument attached, USB ones with the configured ids first, each\n"
+           "with its path and whether it can be opened now; if not, why and what to do.";
 }
 
 std::string InfoCommand::Examples() const
 {
-    return "  orbel info\n  orbel info --format json\n";
+    return "  orbel info\n  orbel info --format json\n  orbel info --devices\n";
 }
 
 std::vector<OptionSpec> InfoCommand::Options() const
 {
-    return {{"--format", true, "FORMAT", "table (default), csv or json"}};
+    return {{"--format", true, "FORMAT", "table (default), csv or json"},
+        {"--devices", false, "", "every instrument attached, and whether it can be opened"}};
 }
 
 std::vector<std::pair<std::string, std::string>> InfoCommand::Collect()
@@ -36,8 +40,12 @@ std::vector<std::pair<std::string, std::string>> InfoCommand::Collect()
 int InfoCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream&)
 {
     const std::string format = arguments.Choice("--format", "table", {"table", "csv", "json"});
-    Instrument::RequireConnection();
-    const auto answers = Collect();
+    // A trial open must come before the module holds an instrument itself.
+    const bool devices = arguments.Has("--devices");
+    if (!devices) {
+        Instrument::RequireConnection();
+    }
+    const auto answers = devices ? DeviceSurvey::Take() : Collect();
     if (format == "json") {
         out << "{";
         for (std::size_t i = 0; i < answers.size(); ++i) {

@@ -10,7 +10,7 @@ public:
     std::string Name() const override { return "info"; }
     std::string Brief() const override { return "the module version and what the instrument tells about itself"; }
     std::string Summary() const override;
-    std::string Usage() const override { return "orbel info [--format table|csv|json]"; }
+    std::string Usage() const override { return "orbel info [--devices] [--format table|csv|json]"; }
     std::string Examples() const override;
     std::vector<OptionSpec> Options() const override;
     int Run(const Arguments& arguments, std::ostream& out, std::ostream& messages) override;

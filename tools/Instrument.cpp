@@ -9,11 +9,11 @@ namespace {
 
 const char* const FilterNames[] = {"cyan", "magenta", "yellow", "black"};
 
-const std::string TryWithoutHardware =
+}
+
+const std::string Instrument::TryWithoutHardware =
     "To try the program without hardware, plug in a virtual instrument: orbel-sim start "
     "(build/sim/orbel-sim start in the build tree).";
-
-}
 
 void Instrument::Check(int32_t code)
 {

@@ -35,6 +35,9 @@ public:
 
     // Throws unless the code is OB_NoError.
     static void Check(int32_t code);
+
+    // How to try the program without hardware, for the messages of a missing instrument.
+    static const std::string TryWithoutHardware;
 };
 
 }

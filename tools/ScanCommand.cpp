@@ -1,10 +1,13 @@
 #include "tools/ScanCommand.h"
 
+#include <optional>
+
 #include "tools/Instrument.h"
 #include "tools/MeasurementReader.h"
 #include "tools/PersonHand.h"
 #include "tools/ReportOutput.h"
 #include "tools/SpectrumFile.h"
+#include "tools/platform/StripStartWatch.h"
 
 namespace OrbelCli {
 
@@ -49,6 +52,9 @@ int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream
     const auto substrate = arguments.Get("--substrate");
     const Spectrum paper = substrate ? SpectrumFile::Read(*substrate) : Spectrum{};
 
+    // Set up before the module has threads of its own; gone before the results, so that "draw now"
+    // comes first.
+    std::optional<StripStartWatch> drawNow(std::in_place, messages);
     Instrument::RequireConnection();
     Instrument::SetOption("MeasurementMode", "ScanningReflectance");
     Instrument::SetOption("Recognition", arguments.Has("--recognition") ? "yes" : "no");
@@ -65,6 +71,7 @@ int ScanCommand::Run(const Arguments& arguments, std::ostream& out, std::ostream
     } else {
         Instrument::Trigger();
     }
+    drawNow.reset();
     ReportOutput::Emit(reader.Read({}, true), arguments, out, messages);
     return 0;
 }

@@ -93,7 +93,15 @@ TEST_F(OrbelProgramTest, CgatsOfMeasureAndScanReadsBack)
     const ProgramResult scanned = Orbel({"scan", "--recognition", "--format", "cgats", "--no-wait", "--plot", plot});
     ASSERT_EQ(scanned.exitCode, 0) << scanned.err;
     EXPECT_EQ(CgatsReader::Read(scanned.out).sets.size(), 24u);
+    EXPECT_NE(scanned.err.find("draw now\n"), std::string::npos) << scanned.err;
     EXPECT_TRUE(std::filesystem::exists(plot));
+}
+
+TEST_F(OrbelProgramTest, DevicesListsTheVirtualInstrumentAsOneThatOpens)
+{
+    const ProgramResult listed = Orbel({"info", "--devices", "--format", "csv"});
+    ASSERT_EQ(listed.exitCode, 0) << listed.err;
+    EXPECT_NE(listed.out.find("\n" + sim.Path() + ",yes\n"), std::string::npos) << listed.out;
 }
 
 TEST(OrbelProgramWithoutInstrumentTest, MissingInstrumentExitsTwoAndNamesTheVirtualOne)
@@ -101,12 +109,10 @@ TEST(OrbelProgramWithoutInstrumentTest, MissingInstrumentExitsTwoAndNamesTheVirt
     TemporaryLockDirectory locks;
     const auto empty = std::filesystem::temp_directory_path() / ("orbel-cli-empty-" + std::to_string(::getpid()));
     std::filesystem::create_directories(empty);
-    for (const char* command : {"info", "measure"}) {
-        const ProgramResult result = ProgramRunner::Run(ORBEL_CLI_BINARY,
-            std::string(command) == "info" ? std::vector<std::string>{"info"}
-                                           : std::vector<std::string>{command, "--no-wait"},
-            "ORBEL_SIM_DIR", empty.string());
-        EXPECT_EQ(result.exitCode, OB_DeviceNotConnected) << command << ": " << result.err;
+    const std::vector<std::string> commands[] = {{"info"}, {"measure", "--no-wait"}, {"info", "--devices"}};
+    for (const auto& command : commands) {
+        const ProgramResult result = ProgramRunner::Run(ORBEL_CLI_BINARY, command, "ORBEL_SIM_DIR", empty.string());
+        EXPECT_EQ(result.exitCode, OB_DeviceNotConnected) << command.back() << ": " << result.err;
         EXPECT_NE(result.err.find("No instrument is connected."), std::string::npos) << result.err;
         EXPECT_NE(result.err.find("orbel-sim start"), std::string::npos) << result.err;
         EXPECT_TRUE(result.out.empty());
