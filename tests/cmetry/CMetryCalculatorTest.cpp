@@ -156,20 +156,6 @@ TEST(CMetryCalculator, GetVectorFailures)
         CMetryFailure([] { CMetryCalculator::GetVector(Flat(0.5f), Conditions("Undefined")); }));
 }
 
-TEST(CMetryCalculatorDeathTest, PaperWhiteBaseWithoutPaperWhiteFails)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            HvMeasureConditions conditions = Conditions("CIELab");
-            conditions.SetCondition("Colorimetric.WhiteBase", "Paper");
-            const bool failed =
-                CMetryFailure([&] { CMetryCalculator::GetVector(Flat(0.5f), conditions); }) == "CMetryCalculator";
-            std::exit(failed ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
-}
-
 TEST(CMetryCalculator, ConvertFollowsTheWaysForward)
 {
     const HvColorVector xyz = CMetryCalculator::GetVector(SpectrumOf(tcs12), Conditions("CIEXYZ", "D50"));

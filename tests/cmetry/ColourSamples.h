@@ -45,6 +45,16 @@ inline CMetry::HvSpectrum Flat(float level)
     return SpectrumOf(values);
 }
 
+// A cyan ink: it absorbs the red end and lets the blue end through.
+inline CMetry::HvSpectrum Cyan()
+{
+    Reflectance values;
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        values[index] = index < 18 ? 0.7f : 0.05f;
+    }
+    return SpectrumOf(values);
+}
+
 template<class Call>
 std::string CMetryFailure(Call call)
 {

@@ -1,3 +1,5 @@
+#include "cmetry/CMetryCalculator.h"
+#include "cmetry/Density.h"
 #include "cmetry/HvColorVector.h"
 #include "cmetry/HvLCh.h"
 #include "cmetry/HvLab.h"
@@ -7,6 +9,8 @@
 #include "cmetry/HvSpectrum.h"
 #include "cmetry/HvXYZ.h"
 #include "cmetry/PaperWhite.h"
+#include "cmetry/Tristimulus.h"
+#include "cmetry/WeightfactorCache.h"
 #include "utilities/ExceptionNullpointer.h"
 #include "utilities/ExceptionOutOfBound.h"
 #include "utilities/Vector.h"
@@ -16,13 +20,18 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstdlib>
+#include <functional>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <utility>
 
 using namespace CMetry;
+using CMetryTest::CMetryFailure;
+using CMetryTest::Cyan;
 using CMetryTest::Flat;
 
 namespace {
@@ -39,6 +48,56 @@ HvSpectrum Ramp(float first, float increment)
 std::string Text(const Diagnostics::String& text)
 {
     return text.CString();
+}
+
+std::array<float, 4> ChannelsOf(const HvColorVector& vector)
+{
+    return {vector[0], vector[1], vector[2], vector[3]};
+}
+
+int FirstFailedCheckBeforeAnyPaperWhite()
+{
+    HvMeasureConditions paper;
+    paper.SetCondition("Colorimetric.WhiteBase", "Paper");
+    HvMeasureConditions emission;
+    emission.SetCondition("Colorimetric.Illumination", "Emission");
+    HvSpectrum spectrum = Flat(0.5f);
+    const HvColorVector untouched(1.0f, 2.0f, 3.0f, HvMeasureConditions());
+    HvColorVector out = untouched;
+    HvDensities densities;
+    const std::function<bool()> checks[] = {
+        [] {
+            return WeightfactorCache::GetWeightfactors().IsNull() && WeightfactorCache::GetWhitePoint(0) == 0.0f &&
+                WeightfactorCache::GetIllumination() == IlluminationTYPE(Illumination::D65) &&
+                WeightfactorCache::GetObserver() == Observer::TwoDegree &&
+                FailureText<Utilities::ExceptionNullpointer>([] { WeightfactorCache::GetWeights(0); }) ==
+                "Failed to access to nullpointer.";
+        },
+        [&] {
+            return !HasPaperWhite(HvMeasureConditions()) && !DivideByPaperWhite(spectrum) && spectrum == Flat(0.5f);
+        },
+        [] { return Text(GetPaperWhiteValueString()) == "Paper white: not present"; },
+        [] {
+            return FailureText<Utilities::ExceptionNullpointer>([] { GetPaperWhite(); }) ==
+                "Failed to dereference nullpointer.";
+        },
+        [&] {
+            return !GetXYZ(Flat(0.5f), paper, out) && out == untouched &&
+                WeightfactorCache::GetWeightfactors().IsNull();
+        },
+        [&] { return CMetryFailure([&] { CMetryCalculator::GetVector(Flat(0.5f), paper); }) == "CMetryCalculator"; },
+        [] { return CMetryFailure([] { GetDensity(Cyan(), HvMeasureConditions()); }) == "Missing WhiteReference"; },
+        [&] { return CMetryFailure([&] { GetDensity(Cyan(), paper); }) == "Missing WhiteReference"; },
+        [&] { return !GetRawDensities(Cyan(), DensityStandard::DIN, true, densities); },
+        // Emission has no white to refer to, so the white base doesn't matter.
+        [&] { return GetXYZ(CMetryTest::SpectrumOf(CMetryTest::tcs01, emission), paper, out); },
+    };
+    for (std::size_t check = 0; check < std::size(checks); ++check) {
+        if (!checks[check]()) {
+            return static_cast<int>(check) + 1;
+        }
+    }
+    return 0;
 }
 
 }
@@ -131,17 +190,11 @@ TEST(ColorVector, ChannelArithmeticCoversAllFourChannels)
     other[3] = 2.0f;
     HvColorVector difference = vector;
     difference.Subtract(other);
-    EXPECT_EQ(2.0f, difference[0]);
-    EXPECT_EQ(2.5f, difference[1]);
-    EXPECT_EQ(2.0f, difference[2]);
-    EXPECT_EQ(10.0f, difference[3]);
+    EXPECT_EQ((std::array<float, 4>{2.0f, 2.5f, 2.0f, 10.0f}), ChannelsOf(difference));
 
     HvColorVector product = vector;
     product.Multiply(other);
-    EXPECT_EQ(3.0f, product[0]);
-    EXPECT_EQ(6.0f, product[1]);
-    EXPECT_EQ(-0.0f, product[2]);
-    EXPECT_EQ(24.0f, product[3]);
+    EXPECT_EQ((std::array<float, 4>{3.0f, 6.0f, -0.0f, 24.0f}), ChannelsOf(product));
 
     // The difference is rounded once, from double precision.
     HvColorVector small(1.0f, 0.0f, 0.0f, conditions);
@@ -228,21 +281,13 @@ TEST(Sample, SamplesCompareByTheirFirstSpectra)
     EXPECT_EQ(1u, copy.GetElementCount());
 }
 
-// The paper white lives for the whole process and is never cleared, so what holds before the first
-// one is set is tested in a process of its own.
-TEST(PaperWhiteDeathTest, NothingIsDividedBeforeAPaperWhiteIsSet)
+// The paper white and the cache of weights live for the whole process and are never cleared, so
+// what holds before either is first used is tested in a process of its own. The exit code is the
+// number of the first check that failed.
+TEST(PaperWhiteDeathTest, NothingNeedingAPaperWhiteIsComputedBeforeOneIsSet)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            HvSpectrum spectrum = Flat(0.5f);
-            const bool failed = HasPaperWhite(HvMeasureConditions()) || DivideByPaperWhite(spectrum) ||
-                spectrum != Flat(0.5f) || Text(GetPaperWhiteValueString()) != "Paper white: not present" ||
-                FailureText<Utilities::ExceptionNullpointer>([] { GetPaperWhite(); }) !=
-                    "Failed to dereference nullpointer.";
-            std::exit(failed ? 1 : 0);
-        },
-        testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(std::exit(FirstFailedCheckBeforeAnyPaperWhite()), testing::ExitedWithCode(0), "");
 }
 
 TEST(PaperWhite, SpectraAreDividedByThePaperWhite)

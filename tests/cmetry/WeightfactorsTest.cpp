@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 #include <functional>
 #include <string>
 #include <thread>
@@ -369,40 +368,6 @@ TEST(Tristimulus, PaperWhiteBaseDividesByThePaperWhite)
     EXPECT_EQ(XYZ(SpectrumOf(relative), ConditionsWith("D50")), XYZ(SpectrumOf(tcs03), conditions));
     conditions.SetCondition("Colorimetric.WhiteBase", "Automatic");
     EXPECT_EQ(XYZ(SpectrumOf(tcs03), ConditionsWith("D50")), XYZ(SpectrumOf(tcs03), conditions));
-}
-
-TEST(TristimulusDeathTest, PaperWhiteBaseWithoutPaperWhiteComputesNothing)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            HvMeasureConditions paper;
-            paper.SetCondition("Colorimetric.WhiteBase", "Paper");
-            HvColorVector out(1.0f, 2.0f, 3.0f, HvMeasureConditions());
-            const bool refused = !GetXYZ(Flat(0.5f), paper, out) &&
-                out == HvColorVector(1.0f, 2.0f, 3.0f, HvMeasureConditions()) &&
-                WeightfactorCache::GetWeightfactors().IsNull();
-            HvMeasureConditions emission = ConditionsWith("Emission");
-            const bool emissionIgnoresWhiteBase = GetXYZ(SpectrumOf(tcs01, emission), paper, out);
-            std::exit(refused && emissionIgnoresWhiteBase ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
-}
-
-TEST(WeightfactorCacheDeathTest, EmptyCacheAnswersWithDefaults)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            const bool empty = WeightfactorCache::GetWeightfactors().IsNull() &&
-                WeightfactorCache::GetWhitePoint(0) == 0.0f &&
-                WeightfactorCache::GetIllumination() == IlluminationTYPE(Illumination::D65) &&
-                WeightfactorCache::GetObserver() == Observer::TwoDegree &&
-                FailureText<Utilities::ExceptionNullpointer>([] { WeightfactorCache::GetWeights(0); }) ==
-                    "Failed to access to nullpointer.";
-            std::exit(empty ? 0 : 1);
-        },
-        testing::ExitedWithCode(0), "");
 }
 
 TEST(WeightfactorCache, OnlyIlluminantAndObserverRebuildTheWeights)

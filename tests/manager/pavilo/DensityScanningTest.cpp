@@ -1,23 +1,15 @@
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "cmetry/Density.h"
 #include "manager/pavilo/DensityScanning_V1_Impl.h"
+#include "tests/cmetry/ColourSamples.h"
 #include "tests/manager/pavilo/FakeScanning.h"
 
 namespace {
 
-using CMetry::HvSpectrum;
+using CMetryTest::Flat;
 using HviManager::PaviloDriver::DensityScanning_V1_Impl;
 using ScanningTest::FakeScanning;
-
-HvSpectrum Grey(float value)
-{
-    float values[36];
-    std::fill(values, values + 36, value);
-    return HvSpectrum(values);
-}
 
 class DensityScanningTest : public ::testing::Test {
 protected:
@@ -25,9 +17,9 @@ protected:
         : fake(new FakeScanning), densities(Utilities::SmartPointer<DeviceDriver::RemissionHandle>(),
                                       Utilities::SmartPointer<HviManager::SpecPhotoMeterScanning_V1>(fake))
     {
-        fake->patches.Add(Grey(0.1f));
-        fake->patches.Add(Grey(0.5f));
-        fake->raw.Add(Grey(0.3f));
+        fake->patches.Add(Flat(0.1f));
+        fake->patches.Add(Flat(0.5f));
+        fake->raw.Add(Flat(0.3f));
         CMetry::HvMeasureConditions absolute = densities.GetMeasureConditions();
         absolute.SetCondition("Colorimetric.WhiteBase", "Absolute");
         densities.SetMeasureConditions(absolute);
@@ -43,10 +35,10 @@ TEST_F(DensityScanningTest, RecognisesOncePerScanAndReadsThePatchesUnderTheLates
     EXPECT_EQ(fake->lastCount, 7);
     const Utilities::List<float> first = densities.GetRecognizedDensities();
     ASSERT_EQ(first.Size(), 2u);
-    EXPECT_FLOAT_EQ(first.Begin().Current(), CMetry::GetDensity(Grey(0.1f), densities.GetMeasureConditions()));
+    EXPECT_FLOAT_EQ(first.Begin().Current(), CMetry::GetDensity(Flat(0.1f), densities.GetMeasureConditions()));
     EXPECT_EQ(densities.GetDensities().Size(), 1u);
 
-    fake->patches.Add(Grey(0.9f));
+    fake->patches.Add(Flat(0.9f));
     CMetry::HvMeasureConditions conditions = densities.GetMeasureConditions();
     conditions.SetCondition("Colorimetric.Illumination", "D65");
     densities.SetMeasureConditions(conditions);

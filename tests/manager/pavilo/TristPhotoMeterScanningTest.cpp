@@ -1,31 +1,23 @@
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "cmetry/CMetryCalculator.h"
 #include "manager/pavilo/TristPhotoMeterScanning_V1_Impl.h"
+#include "tests/cmetry/ColourSamples.h"
 #include "tests/manager/pavilo/FakeScanning.h"
 
 namespace {
 
-using CMetry::HvSpectrum;
+using CMetryTest::Flat;
 using HviManager::PaviloDriver::TristPhotoMeterScanning_V1_Impl;
 using ScanningTest::FakeScanning;
-
-HvSpectrum Grey(float value)
-{
-    float values[36];
-    std::fill(values, values + 36, value);
-    return HvSpectrum(values);
-}
 
 TEST(TristPhotoMeterScanningTest, GivesTheVectorsOfTheSpectraUnderTheScanningConditions)
 {
     FakeScanning* fake = new FakeScanning;
     Utilities::SmartPointer<HviManager::SpecPhotoMeterScanning_V1> scanning(fake);
-    fake->patches.Add(Grey(0.2f));
-    fake->patches.Add(Grey(0.8f));
-    fake->raw.Add(Grey(0.5f));
+    fake->patches.Add(Flat(0.2f));
+    fake->patches.Add(Flat(0.8f));
+    fake->raw.Add(Flat(0.5f));
     TristPhotoMeterScanning_V1_Impl tristimulus(scanning);
 
     CMetry::HvMeasureConditions conditions;
@@ -38,7 +30,7 @@ TEST(TristPhotoMeterScanningTest, GivesTheVectorsOfTheSpectraUnderTheScanningCon
     const Utilities::List<CMetry::HvColorVector> patches = tristimulus.GetRecognizedColorVectors();
     ASSERT_EQ(patches.Size(), 2u);
     auto first = patches.Begin();
-    EXPECT_EQ(first.Current(), CMetry::CMetryCalculator::GetVector(Grey(0.2f), conditions));
+    EXPECT_EQ(first.Current(), CMetry::CMetryCalculator::GetVector(Flat(0.2f), conditions));
     const float darkY = first.Current()[1];
     ++first;
     EXPECT_LT(darkY, first.Current()[1]);
