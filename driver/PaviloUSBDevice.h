@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "driver/AutoResetEvent.h"
+#include "driver/InterruptLatch.h"
 #include "driver/ScanFifo.h"
-#include "driver/platform/InterruptLatch.h"
 #include "driver/platform/UsbConnection.h"
 #include "driver/platform/UsbPlatform.h"
 #include "driver/platform/UsbResult.h"

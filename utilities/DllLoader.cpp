@@ -1,6 +1,6 @@
 #include "utilities/DllLoader.h"
 
-#include "utilities/platform/DllLoader_PC.h"
+#include "utilities/DllLoader_PC.h"
 
 namespace Utilities {
 

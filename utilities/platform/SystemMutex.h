@@ -5,7 +5,7 @@
 #include <mutex>
 #include <thread>
 
-#include "utilities/platform/FileLock.h"
+#include "utilities/FileLock.h"
 
 namespace Utilities {
 

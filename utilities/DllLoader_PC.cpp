@@ -1,30 +1,21 @@
-#include "utilities/platform/DllLoader_PC.h"
-
-#include <dlfcn.h>
+#include "utilities/DllLoader_PC.h"
 
 #include "utilities/ExceptionDllLoader.h"
 
 namespace Utilities {
 
-DllLoader_PC::DllLoader_PC(ComponentRegistry& registry) : DllLoader(registry), moduleHandle(nullptr) { }
-
-DllLoader_PC::~DllLoader_PC()
-{
-    if (moduleHandle != nullptr) {
-        ::dlclose(moduleHandle);
-    }
-}
+DllLoader_PC::DllLoader_PC(ComponentRegistry& registry) : DllLoader(registry) { }
 
 bool DllLoader_PC::Load(SmartPointer<File> file)
 {
-    if (moduleHandle != nullptr || file.IsNull()) {
+    if (module != nullptr || file.IsNull()) {
         return false;
     }
-    moduleHandle = ::dlopen(file->GetPath().ToStdString().c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (moduleHandle == nullptr) {
+    module = LoadedModule::Open(file->GetPath().ToStdString());
+    if (module == nullptr) {
         return false;
     }
-    auto* entry = reinterpret_cast<OrbelPluginEntry*>(::dlsym(moduleHandle, ORBEL_PLUGIN_ENTRY_NAME));
+    auto* entry = reinterpret_cast<OrbelPluginEntry*>(module->Symbol(ORBEL_PLUGIN_ENTRY_NAME));
     if (entry == nullptr) {
         return false;
     }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "driver/platform/LatchFile.h"
 #include "utilities/String.h"
 
 namespace DeviceDriver {
@@ -14,9 +15,6 @@ class InterruptLatch {
 public:
     // Raises ExceptionResourceNotAvailable when the files can't be had.
     explicit InterruptLatch(const Utilities::String& name);
-    ~InterruptLatch();
-    InterruptLatch(const InterruptLatch&) = delete;
-    InterruptLatch& operator=(const InterruptLatch&) = delete;
 
     // Lowers the count from 1 to 0; false when it stayed 0 for timeoutMs.
     bool Take(std::uint32_t timeoutMs);
@@ -27,13 +25,11 @@ private:
     // Reads the count and, if it is `from`, writes `to`; true when it did. A count that can't be
     // written is no change, so that no two holders both believe they took the latch.
     bool Change(char from, char to);
-    void LockCount();
-    void UnlockCount();
     char ReadCount();
-    bool WriteCount(char count);
 
-    int countFile;
-    int holdersFile;
+    LatchFile countFile;
+    // Every holder keeps a shared lock on it while it lives.
+    LatchFile holdersFile;
 };
 
 }
