@@ -266,8 +266,13 @@ Utilities::Vector<long>& MeasurementHandle::MeasureDark(Utilities::Vector<long>&
     return row;
 }
 
+// Within an operation that holds the device's lock, a lost instrument is not reopened: closing it
+// waits for the listener, which can't end before the lock is let go.
 bool MeasurementHandle::IsOpen()
 {
+    if (deviceHolder.load() == std::this_thread::get_id()) {
+        return !connectionLost.load() && IsAttached();
+    }
     ReopenAfterLostConnection();
     if (IsAttached()) {
         return true;

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <thread>
 
 #include "driver/ConfigurationData.h"
 #include "driver/DriverCalculation.h"
@@ -11,6 +12,7 @@
 #include "driver/SpectrumData.h"
 #include "driver/SpectrumDataFifo.h"
 #include "utilities/ExceptionOutOfBound.h"
+#include "utilities/MutexLock.h"
 #include "utilities/Observer.h"
 #include "utilities/SmartPointer.h"
 #include "utilities/String.h"
@@ -90,6 +92,23 @@ protected:
         return true;
     }
 
+    // The steps of one operation under one hold of the device's lock, so that their transfers find
+    // it held and the lock file is taken once for the operation, not once per step.
+    template<class Steps>
+    void HoldingDevice(Steps&& steps)
+    {
+        Utilities::Mutex device = driver->GetDeviceMutex();
+        const Utilities::MutexLock held(device);
+        const std::thread::id previous = deviceHolder.exchange(std::this_thread::get_id());
+        try {
+            steps();
+        } catch (...) {
+            deviceHolder.store(previous);
+            throw;
+        }
+        deviceHolder.store(previous);
+    }
+
     void SetLastError(const Utilities::String& text) { lastError = text; }
     void SetLastError(const Utilities::Exception& failure);
     // Raises ExceptionOutOfBound "Measurement handle is not open!" when IsOpen is false.
@@ -120,6 +139,8 @@ private:
     void RestoreLampItems(uint32_t lampOff, uint32_t replacementCount);
 
     std::atomic<bool> connectionLost{false};
+    // The thread whose operation holds the device's lock, if any.
+    std::atomic<std::thread::id> deviceHolder;
 };
 
 }

@@ -39,7 +39,7 @@ bool RemissionHandle::Measure(const Utilities::String& type)
     }
     try {
         KeepSpacing();
-        MeasureType(type);
+        HoldingDevice([this, &type] { MeasureType(type); });
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);
         NoteMeasurementTime();

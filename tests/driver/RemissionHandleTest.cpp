@@ -1,4 +1,5 @@
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <string>
 #include <thread>
@@ -223,6 +224,27 @@ TEST_F(RemissionHandleTest, UnplugDuringMeasurementsReopensOnTheClientThread)
     client.join();
     EXPECT_TRUE(Eventually([&] { return handle.Measure("Dark"); })) << Text(handle.GetLastError());
     EXPECT_TRUE(handle.IsOpen());
+}
+
+// The dark and the sample step of a measurement share one hold of the device's lock. However far
+// it got when the cable went, it fails at once, without waiting on the listener it holds up, and
+// the handle measures again once the instrument is back.
+TEST_F(RemissionHandleTest, ACableLostMidwayFailsTheMeasurementAtOnce)
+{
+    RemissionHandle handle;
+    OpenOnSim(handle);
+    Place("tile");
+    for (const char* transfersBeforeTheDrop : {"1", "2", "3", "4"}) {
+        SCOPED_TRACE(transfersBeforeTheDrop);
+        SetItem(handle, gain, 1);
+        ASSERT_TRUE(handle.Calibrate()) << Text(handle.GetLastError());
+        sim.Command({"fault", "drop", "--count", transfersBeforeTheDrop});
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_FALSE(handle.Measure("Single"));
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+        sim.Command({"plug"});
+        EXPECT_TRUE(Eventually([&] { return handle.Measure("Dark"); })) << Text(handle.GetLastError());
+    }
 }
 
 TEST_F(RemissionHandleTest, ServiceHandleReadsRecordsByIdAndMeasuresNothing)
