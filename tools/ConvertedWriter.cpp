@@ -136,7 +136,8 @@ std::vector<std::string> ConvertedWriter::Fields() const
     if (columns.light) {
         fields.insert(fields.end(), {"CCT", "DUV", "RA"});
         for (std::size_t index = 1; index <= specialIndices; ++index) {
-            fields.push_back("R" + std::to_string(index));
+            // Appended piece by piece: GCC 12 at -O3 sees a false overlap (-Wrestrict) in "R" + number.
+            fields.push_back(std::string("R").append(std::to_string(index)));
         }
     }
     return fields;

@@ -186,7 +186,8 @@ TEST(ConvertCommandTest, GivesTheDifferenceThatMeasureGivesUnderEachFormula)
         const auto json = OrbelCliTest::JsonReader::Parse(out);
         std::string standard;
         for (std::size_t channel = 0; channel < 3; ++channel) {
-            standard += (channel ? "," : "") + std::to_string(json[0]["lab"][channel].Number());
+            // Appended piece by piece: GCC 12 at -O3 sees a false overlap (-Wrestrict) in "," + number.
+            standard.append(channel ? "," : "").append(std::to_string(json[0]["lab"][channel].Number()));
         }
         const OrbelCli::Arguments arguments(
             "measure", {"--reference", standard, "--delta-e", formula}, OrbelCli::DeltaE::Options());
