@@ -3,6 +3,8 @@
 #include <chrono>
 #include <thread>
 
+#include "utilities/ExceptionMultithreading.h"
+#include "utilities/ExceptionResourceNotAvailable.h"
 #include "utilities/platform/LockDirectory.h"
 
 namespace DeviceDriver {
@@ -13,15 +15,25 @@ constexpr char countZero = '0';
 constexpr char countOne = '1';
 constexpr std::chrono::milliseconds retryStep{1};
 
+// The files are the latch's resources, so their failure is one of a resource.
+Utilities::LockableFile OpenLatchFile(const std::string& name)
+{
+    try {
+        return Utilities::LockableFile(Utilities::LockDirectory::LockFilePath(name));
+    } catch (const Utilities::ExceptionMultithreading& failure) {
+        throw Utilities::ExceptionResourceNotAvailable(
+            Utilities::String("Interrupt latch not available: ") + *failure.Text());
+    }
+}
+
 }
 
 InterruptLatch::InterruptLatch(const Utilities::String& name)
-    : countFile(Utilities::LockDirectory::LockFilePath(name.ToStdString())),
-      holdersFile(Utilities::LockDirectory::LockFilePath(name.ToStdString() + "-holders"))
+    : countFile(OpenLatchFile(name.ToStdString())), holdersFile(OpenLatchFile(name.ToStdString() + "-holders"))
 {
     countFile.Lock();
     if (holdersFile.LockShared()) {
-        countFile.WriteCount(countOne);
+        countFile.WriteByte(countOne);
     }
     countFile.Unlock();
 }
@@ -46,7 +58,7 @@ bool InterruptLatch::Release()
 bool InterruptLatch::Change(char from, char to)
 {
     countFile.Lock();
-    const bool changed = ReadCount() == from && countFile.WriteCount(to);
+    const bool changed = ReadCount() == from && countFile.WriteByte(to);
     countFile.Unlock();
     return changed;
 }
@@ -54,7 +66,7 @@ bool InterruptLatch::Change(char from, char to)
 // A file that no holder has written yet holds the initial count.
 char InterruptLatch::ReadCount()
 {
-    return countFile.ReadCount().value_or(countOne);
+    return countFile.ReadByte().value_or(countOne);
 }
 
 }

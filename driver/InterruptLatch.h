@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "driver/platform/LatchFile.h"
 #include "utilities/String.h"
+#include "utilities/platform/LockableFile.h"
 
 namespace DeviceDriver {
 
@@ -27,9 +27,9 @@ private:
     bool Change(char from, char to);
     char ReadCount();
 
-    LatchFile countFile;
+    Utilities::LockableFile countFile;
     // Every holder keeps a shared lock on it while it lives.
-    LatchFile holdersFile;
+    Utilities::LockableFile holdersFile;
 };
 
 }

@@ -12,11 +12,11 @@ namespace Utilities {
 
 namespace {
 
-bool LockExclusively(int descriptor, int flags)
+bool LockFile(int descriptor, int operation)
 {
     int result = 0;
     do {
-        result = ::flock(descriptor, LOCK_EX | flags);
+        result = ::flock(descriptor, operation);
     } while (result != 0 && errno == EINTR);
     return result == 0;
 }
@@ -38,17 +38,36 @@ LockableFile::~LockableFile()
 
 bool LockableFile::TryLock()
 {
-    return LockExclusively(descriptor, LOCK_NB);
+    return LockFile(descriptor, LOCK_EX | LOCK_NB);
 }
 
 bool LockableFile::Lock()
 {
-    return LockExclusively(descriptor, 0);
+    return LockFile(descriptor, LOCK_EX);
 }
 
 void LockableFile::Unlock()
 {
     ::flock(descriptor, LOCK_UN);
+}
+
+// An exclusive lock turns into a shared one in place.
+bool LockableFile::LockShared()
+{
+    const bool alone = TryLock();
+    LockFile(descriptor, LOCK_SH);
+    return alone;
+}
+
+std::optional<char> LockableFile::ReadByte()
+{
+    char byte = 0;
+    return ::pread(descriptor, &byte, 1, 0) == 1 ? std::optional<char>(byte) : std::nullopt;
+}
+
+bool LockableFile::WriteByte(char byte)
+{
+    return ::pwrite(descriptor, &byte, 1, 0) == 1;
 }
 
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace Utilities {
 
-// A file opened for an exclusive lock of the system (flock on POSIX, LockFileEx on Windows).
+// A file opened for a lock of the system (flock on POSIX, LockFileEx on Windows), with room for
+// one byte that its holders share.
 class LockableFile {
 public:
     // Opens the file, made if missing. Raises ExceptionMultithreading when it can't be opened.
@@ -18,6 +20,12 @@ public:
     // Waits as long as another holder has the lock.
     bool Lock();
     void Unlock();
+    // Takes a shared lock; true when no other holder had one.
+    bool LockShared();
+
+    // Empty when nothing has been written yet.
+    std::optional<char> ReadByte();
+    bool WriteByte(char byte);
 
 private:
     int descriptor;
