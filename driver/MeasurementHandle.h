@@ -99,14 +99,8 @@ protected:
     {
         Utilities::Mutex device = driver->GetDeviceMutex();
         const Utilities::MutexLock held(device);
-        const std::thread::id previous = deviceHolder.exchange(std::this_thread::get_id());
-        try {
-            steps();
-        } catch (...) {
-            deviceHolder.store(previous);
-            throw;
-        }
-        deviceHolder.store(previous);
+        const HolderMark mark(deviceHolder);
+        steps();
     }
 
     void SetLastError(const Utilities::String& text) { lastError = text; }
@@ -137,6 +131,22 @@ private:
     void SendChangedConditions();
     void SendConditionsBeforeDetach();
     void RestoreLampItems(uint32_t lampOff, uint32_t replacementCount);
+
+    // Marks the calling thread as the holder of the device's lock for as long as it lives.
+    class HolderMark {
+    public:
+        explicit HolderMark(std::atomic<std::thread::id>& holder)
+            : holder(holder), previous(holder.exchange(std::this_thread::get_id()))
+        {
+        }
+        ~HolderMark() { holder.store(previous); }
+        HolderMark(const HolderMark&) = delete;
+        HolderMark& operator=(const HolderMark&) = delete;
+
+    private:
+        std::atomic<std::thread::id>& holder;
+        const std::thread::id previous;
+    };
 
     std::atomic<bool> connectionLost{false};
     // The thread whose operation holds the device's lock, if any.
