@@ -71,7 +71,7 @@ bool StripStartWatch::ShowArrived()
     while ((count = ::read(signal[0], arrived, sizeof arrived)) > 0) {
         for (ssize_t i = 0; i < count; ++i) {
             if (arrived[i] == '\n') {
-                messages << "draw now" << std::endl;
+                messages << DeviceDriver::StripStartSignal::Line << std::flush;
             }
         }
     }
