@@ -157,7 +157,8 @@ const char* DeltaColorSpace(const String& colorSpace)
 HvColorVector CMetryCalculator::GetVector(const HvSpectrum& spectrum, const HvMeasureConditions& conditions)
 {
     const SpectrumWay way = WayTo(conditions.GetColorSpace());
-    HvColorVector result;
+    // Starts with the conditions asked for, so that a way which keeps them shares them as they are.
+    HvColorVector result(0.0f, 0.0f, 0.0f, conditions);
     if (!way(spectrum, conditions, result)) {
         ThrowCalculationFailed();
     }

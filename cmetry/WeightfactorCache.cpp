@@ -16,8 +16,10 @@ const HvSpectrum* SpectrumAddress(const SmartPointer<HvSpectrum>& spectrum)
 }
 
 WeightfactorCache::WeightfactorCache()
-    : illumination(HvMeasureConditions().GetIllumination()), observer(HvMeasureConditions().GetObserver())
 {
+    const HvMeasureConditions defaults;
+    cached.illumination = defaults.GetIllumination();
+    cached.observer = defaults.GetObserver();
 }
 
 WeightfactorCache& WeightfactorCache::Instance()
@@ -26,24 +28,41 @@ WeightfactorCache& WeightfactorCache::Instance()
     return cache;
 }
 
-// Weights are built outside the lock, so that threads with cached weights never wait for a
-// build; when two threads build at once, the last to finish stays cached.
+WeightfactorCache::Taken& WeightfactorCache::TakenByThisThread()
+{
+    thread_local Taken taken;
+    return taken;
+}
+
 SmartPointer<const Weightfactors> WeightfactorCache::Update(const HvMeasureConditions& conditions)
 {
     WeightfactorCache& cache = Instance();
+    Taken& taken = TakenByThisThread();
+    if (taken.generation == cache.generation.load(std::memory_order_acquire) && taken.entry.Fits(conditions)) {
+        return taken.entry.weightfactors;
+    }
+    return cache.UpdateLocked(conditions, taken);
+}
+
+// Weights are built outside the lock, so that threads with cached weights never wait for a
+// build; when two threads build at once, the last to finish stays cached.
+SmartPointer<const Weightfactors> WeightfactorCache::UpdateLocked(const HvMeasureConditions& conditions, Taken& taken)
+{
     {
-        std::lock_guard<std::mutex> lock(cache.mutex);
-        if (cache.Fits(conditions)) {
-            return cache.weightfactors;
+        std::lock_guard<std::mutex> lock(mutex);
+        if (cached.Fits(conditions)) {
+            taken = {generation.load(std::memory_order_relaxed), cached};
+            return cached.weightfactors;
         }
     }
     const SmartPointer<const Weightfactors> built(new Weightfactors(conditions));
-    std::lock_guard<std::mutex> lock(cache.mutex);
-    cache.Store(built, conditions);
+    std::lock_guard<std::mutex> lock(mutex);
+    Store(built, conditions);
+    taken = {generation.load(std::memory_order_relaxed), cached};
     return built;
 }
 
-bool WeightfactorCache::Fits(const HvMeasureConditions& conditions) const
+bool WeightfactorCache::Entry::Fits(const HvMeasureConditions& conditions) const
 {
     return !weightfactors.IsNull() && illumination == conditions.GetIllumination() &&
         observer == conditions.GetObserver() &&
@@ -52,17 +71,16 @@ bool WeightfactorCache::Fits(const HvMeasureConditions& conditions) const
 
 void WeightfactorCache::Store(const SmartPointer<const Weightfactors>& built, const HvMeasureConditions& conditions)
 {
-    weightfactors = built;
-    illumination = conditions.GetIllumination();
-    observer = conditions.GetObserver();
-    userDefinedIllumination = conditions.GetUserDefinedIlluminationPointer();
+    cached = {
+        built, conditions.GetIllumination(), conditions.GetObserver(), conditions.GetUserDefinedIlluminationPointer()};
+    generation.fetch_add(1, std::memory_order_release);
 }
 
 SmartPointer<const Weightfactors> WeightfactorCache::GetWeightfactors()
 {
     WeightfactorCache& cache = Instance();
     std::lock_guard<std::mutex> lock(cache.mutex);
-    return cache.weightfactors;
+    return cache.cached.weightfactors;
 }
 
 Utilities::Vector<float> WeightfactorCache::GetWeights(uint16_t axis)
@@ -83,14 +101,14 @@ IlluminationTYPE WeightfactorCache::GetIllumination()
 {
     WeightfactorCache& cache = Instance();
     std::lock_guard<std::mutex> lock(cache.mutex);
-    return cache.illumination;
+    return cache.cached.illumination;
 }
 
 Observer WeightfactorCache::GetObserver()
 {
     WeightfactorCache& cache = Instance();
     std::lock_guard<std::mutex> lock(cache.mutex);
-    return cache.observer;
+    return cache.cached.observer;
 }
 
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <mutex>
 
@@ -35,19 +36,36 @@ public:
     static Observer GetObserver();
 
 private:
+    // A set of weights with what it was built for.
+    struct Entry {
+        bool Fits(const HvMeasureConditions& conditions) const;
+
+        Utilities::SmartPointer<const Weightfactors> weightfactors;
+        IlluminationTYPE illumination;
+        Observer observer{};
+        // Held, not only compared, so that no other spectrum can take its address while it is cached.
+        Utilities::SmartPointer<HvSpectrum> userDefinedIllumination;
+    };
+
+    // What a thread last took from the cache, and under which generation of it.
+    struct Taken {
+        std::uint64_t generation = 0;
+        Entry entry;
+    };
+
     WeightfactorCache();
 
     static WeightfactorCache& Instance();
+    static Taken& TakenByThisThread();
 
-    bool Fits(const HvMeasureConditions& conditions) const;
+    Utilities::SmartPointer<const Weightfactors> UpdateLocked(const HvMeasureConditions& conditions, Taken& taken);
     void Store(const Utilities::SmartPointer<const Weightfactors>& built, const HvMeasureConditions& conditions);
 
     mutable std::mutex mutex;
-    Utilities::SmartPointer<const Weightfactors> weightfactors;
-    IlluminationTYPE illumination;
-    Observer observer;
-    // Held, not only compared, so that no other spectrum can take its address while it is cached.
-    Utilities::SmartPointer<HvSpectrum> userDefinedIllumination;
+    Entry cached;
+    // Counts the sets stored, from 1; a thread's own copy of the cached entry is good while it
+    // still names the current one, so that a spectrum under cached weights takes no lock.
+    std::atomic<std::uint64_t> generation{1};
 };
 
 }

@@ -26,6 +26,12 @@ public:
 
     SmartPointer(const SmartPointer& other) : count(other.count), pointer(other.pointer) { Share(); }
 
+    // Takes over the share of other, which becomes null, without touching the count.
+    SmartPointer(SmartPointer&& other) noexcept
+        : count(std::exchange(other.count, nullptr)), pointer(std::exchange(other.pointer, nullptr))
+    {
+    }
+
     template<class U>
     requires std::convertible_to<U*, T*> SmartPointer(const SmartPointer<U>& other)
         : count(other.count), pointer(other.pointer)
@@ -48,6 +54,14 @@ public:
             std::swap(count, held.count);
             std::swap(pointer, held.pointer);
         }
+        return *this;
+    }
+
+    SmartPointer& operator=(SmartPointer&& other) noexcept
+    {
+        SmartPointer held(std::move(other));
+        std::swap(count, held.count);
+        std::swap(pointer, held.pointer);
         return *this;
     }
 

@@ -403,6 +403,16 @@ TEST(WeightfactorCache, OnlyIlluminantAndObserverRebuildTheWeights)
     EXPECT_NE(&*f3Weights, &*WeightfactorCache::Update(f3));
 }
 
+// A thread answers from the set it took last only while no other thread has cached another.
+TEST(WeightfactorCache, ASetCachedByAnotherThreadIsSeenByThisOne)
+{
+    const auto d65 = WeightfactorCache::Update(HvMeasureConditions());
+    std::thread([] { WeightfactorCache::Update(ConditionsWith("D50")); }).join();
+    EXPECT_EQ(IlluminationTYPE(Illumination::D50), WeightfactorCache::GetIllumination());
+    EXPECT_NE(&*d65, &*WeightfactorCache::Update(HvMeasureConditions()));
+    EXPECT_EQ(IlluminationTYPE(Illumination::D65), WeightfactorCache::GetIllumination());
+}
+
 TEST(WeightfactorCache, UserDefinedIlluminantsCountByIdentity)
 {
     HvMeasureConditions conditions;

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "diagnostics/String.h"
@@ -82,6 +83,15 @@ TEST_F(SmartPointerTest, LastCopyOrAssignmentDeletesThroughTheVirtualDestructor)
     EXPECT_EQ(destroyed, 3);
     target = SmartPointer<Base>();
     EXPECT_EQ(destroyed, 4);
+
+    // A move hands the share on without counting, and the last holder still deletes.
+    SmartPointer<Base> moved(new Base());
+    SmartPointer<Base> taker(std::move(moved));
+    EXPECT_EQ(taker.UseCount(), 1u);
+    target = std::move(taker);
+    EXPECT_EQ(target.UseCount(), 1u);
+    target = SmartPointer<Base>();
+    EXPECT_EQ(destroyed, 5);
 }
 
 TEST_F(SmartPointerTest, CastsShareTheCount)
