@@ -113,7 +113,7 @@ bool MeasurementHandle::GetConditions(ConfigurationData& map, bool read)
     try {
         if (read) {
             conditions.MarkAll(true);
-            driver->GetConditions(conditions);
+            HoldingDevice([this] { driver->GetConditions(conditions); });
         }
         map = conditions;
         SetLastError(noError);
@@ -132,7 +132,7 @@ bool MeasurementHandle::SetConditions(ConfigurationData& map, bool write)
     }
     try {
         if (write) {
-            driver->SetConditions(map);
+            HoldingDevice([this, &map] { driver->SetConditions(map); });
             conditionsChanged = false;
         } else {
             conditionsChanged = true;
@@ -171,16 +171,21 @@ bool MeasurementHandle::Open()
         if (!driver->Attach(connection, this)) {
             Raise("Unable to Open PaviloDriver");
         }
-        ConfigurationData calibrationData("CalibrationData");
-        driver->ReadCalibrationData(calibrationData);
-        calculation = Utilities::SmartPointer<DriverCalculation>(new DriverCalculation(calibrationData));
-        conditions.MarkAll(true);
-        driver->GetConditions(conditions);
+        HoldingDevice([this] { LoadCalibrationAndConditions(); });
         return true;
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);
         return false;
     }
+}
+
+void MeasurementHandle::LoadCalibrationAndConditions()
+{
+    ConfigurationData calibrationData("CalibrationData");
+    driver->ReadCalibrationData(calibrationData);
+    calculation = Utilities::SmartPointer<DriverCalculation>(new DriverCalculation(calibrationData));
+    conditions.MarkAll(true);
+    driver->GetConditions(conditions);
 }
 
 bool MeasurementHandle::Close()

@@ -73,8 +73,8 @@ protected:
     static const char* const notOpen;
     static const char* const handleNotOpen;
 
-    // The frame of Measure and Calibrate: the steps run on an open handle, and a failure of the
-    // driver ends in the last error and the answer false.
+    // The frame of Measure and Calibrate: the steps run on an open handle under one hold of the
+    // device's lock, and a failure of the driver ends in the last error and the answer false.
     template<class Steps>
     bool RunOnOpenHandle(Steps&& steps)
     {
@@ -83,7 +83,7 @@ protected:
             return false;
         }
         try {
-            steps();
+            HoldingDevice(steps);
         } catch (const Utilities::ExceptionOutOfBound& failure) {
             SetLastError(failure);
             return false;
@@ -93,7 +93,9 @@ protected:
     }
 
     // The steps of one operation under one hold of the device's lock, so that their transfers find
-    // it held and the lock file is taken once for the operation, not once per step.
+    // it held and the lock file is taken once for the operation, not once per step. The listener
+    // of the device waits for the lock meanwhile: it tells of key presses and of a lost cable once
+    // the operation ends, and a transfer that finds the instrument gone fails the operation itself.
     template<class Steps>
     void HoldingDevice(Steps&& steps)
     {
@@ -127,6 +129,7 @@ protected:
     ConfigurationData conditions;
 
 private:
+    void LoadCalibrationAndConditions();
     void ReopenAfterLostConnection();
     void SendChangedConditions();
     void SendConditionsBeforeDetach();

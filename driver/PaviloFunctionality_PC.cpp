@@ -7,6 +7,7 @@
 #include "driver/ExceptionPaviloCommunication.h"
 #include "driver/StateIds.h"
 #include "utilities/ComponentCreatorNormal.h"
+#include "utilities/MutexLock.h"
 
 namespace DeviceDriver {
 
@@ -115,10 +116,13 @@ void PaviloFunctionality_PC::WriteEEPROM(
     Guarded("PaviloFunctionality_PC::WriteEEPROM ", [&] { WriteEEPROMBytes(address, size, source, count); });
 }
 
-// The instrument takes two further zero bytes after the data.
+// The instrument takes two further zero bytes after the data. The request, the data and the
+// trailer go under one hold of the device's lock, so that no other transfer comes between them.
 void PaviloFunctionality_PC::WriteEEPROMBytes(
     const std::uint8_t* address, const std::uint8_t* size, const std::uint8_t* source, std::uint32_t count)
 {
+    Utilities::Mutex deviceMutex = device->GetDeviceMutex();
+    const Utilities::MutexLock held(deviceMutex);
     std::copy_n(address, 4, payload);
     std::copy_n(size, 2, payload + 4);
     Command(writeEEPROMCode, HostToInstrument, 8);
@@ -135,9 +139,12 @@ void PaviloFunctionality_PC::ReadEEPROM(
     Guarded("PaviloFunctionality_PC::ReadEEPROM ", [&] { ReadEEPROMBytes(address, size, target, count); });
 }
 
+// The request and the read of its data under one hold of the device's lock.
 void PaviloFunctionality_PC::ReadEEPROMBytes(
     const std::uint8_t* address, const std::uint8_t* size, std::uint8_t* target, std::uint32_t count)
 {
+    Utilities::Mutex deviceMutex = device->GetDeviceMutex();
+    const Utilities::MutexLock held(deviceMutex);
     std::copy_n(address, 4, payload);
     std::copy_n(size, 2, payload + 4);
     Command(readEEPROMCode, HostToInstrument, 8);

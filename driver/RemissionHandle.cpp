@@ -57,7 +57,7 @@ bool RemissionHandle::Calibrate()
         return false;
     }
     try {
-        CalibrationSteps();
+        HoldingDevice([this] { CalibrationSteps(); });
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);
         NoteMeasurementTime();

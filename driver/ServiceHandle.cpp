@@ -57,7 +57,7 @@ bool ServiceHandle::GetConditions(ConfigurationData& map, bool read)
     }
     try {
         if (read) {
-            LoadRecords();
+            HoldingDevice([this] { LoadRecords(); });
         }
         FillFromRecords(map);
     } catch (const Utilities::ExceptionOutOfBound& failure) {
@@ -77,9 +77,11 @@ bool ServiceHandle::SetConditions(ConfigurationData& map, bool write)
     try {
         CopyIntoRecords(map);
         if (write) {
-            driver->SetConditions(conditions);
-            driver->WriteCalibrationData(*calibrationData, false);
-            driver->SetLogData(*logData);
+            HoldingDevice([this] {
+                driver->SetConditions(conditions);
+                driver->WriteCalibrationData(*calibrationData, false);
+                driver->SetLogData(*logData);
+            });
         }
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);
@@ -95,7 +97,7 @@ bool ServiceHandle::Open()
         return false;
     }
     try {
-        LoadRecords();
+        HoldingDevice([this] { LoadRecords(); });
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);
         return false;
@@ -122,7 +124,7 @@ bool ServiceHandle::ReadFile(uint16_t id, LowLevelDriver::Bytes& bytes)
         return false;
     }
     try {
-        bytes = *driver->ReadFile(id);
+        HoldingDevice([this, id, &bytes] { bytes = *driver->ReadFile(id); });
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);
         return false;
@@ -138,7 +140,7 @@ bool ServiceHandle::WriteFile(uint16_t, const LowLevelDriver::Bytes&)
         return false;
     }
     try {
-        driver->WriteFile();
+        HoldingDevice([this] { driver->WriteFile(); });
     } catch (const Utilities::ExceptionOutOfBound& failure) {
         SetLastError(failure);
         return false;
