@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -122,14 +124,52 @@ long SimSocket::Receive(int socket, std::uint8_t* data, std::size_t size)
     return static_cast<long>(got);
 }
 
-void SimSocket::Shutdown(int socket)
-{
-    ::shutdown(socket, SHUT_RDWR);
-}
-
 void SimSocket::Close(int socket)
 {
     ::close(socket);
+}
+
+int SimSocket::OpenWaker()
+{
+    return ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+}
+
+void SimSocket::Rouse(int waker)
+{
+    if (waker < 0) {
+        return;
+    }
+    // Fails only when the counter is full, and a full counter rouses the waiting thread as well.
+    const std::uint64_t once = 1;
+    const ssize_t wrote = ::write(waker, &once, sizeof once);
+    static_cast<void>(wrote);
+}
+
+void SimSocket::CloseWaker(int waker)
+{
+    if (waker >= 0) {
+        ::close(waker);
+    }
+}
+
+SimSocket::Readiness SimSocket::Wait(int socket, int waker, int timeoutMs)
+{
+    pollfd watched[2] = {{socket, POLLIN, 0}, {waker, POLLIN, 0}};
+    int ready = 0;
+    do {
+        ready = ::poll(watched, waker >= 0 ? 2 : 1, timeoutMs);
+    } while (ready < 0 && errno == EINTR);
+    if (ready == 0) {
+        return Readiness::TimedOut;
+    }
+    if (ready > 0 && watched[1].revents != 0) {
+        std::uint64_t count = 0;
+        if (::read(waker, &count, sizeof count) == sizeof count) {
+            return Readiness::Roused;
+        }
+    }
+    // A failed wait is left to Receive to report.
+    return Readiness::Readable;
 }
 
 }

@@ -25,9 +25,16 @@ public:
     // made again.
     static long Send(int socket, const std::uint8_t* data, std::size_t size);
     static long Receive(int socket, std::uint8_t* data, std::size_t size);
-    // Ends both directions, so that a thread blocked in Receive returns.
-    static void Shutdown(int socket);
     static void Close(int socket);
+
+    enum class Readiness { Readable, Roused, TimedOut };
+    // A waker lets one thread rouse another that waits on a socket; -1 if none could be made.
+    static int OpenWaker();
+    static void Rouse(int waker);
+    static void CloseWaker(int waker);
+    // Until the socket has bytes for Receive (or has closed), the waker is roused, or `timeoutMs`
+    // has passed; -1 waits without limit. A rousing counts once: it is taken back as reported.
+    static Readiness Wait(int socket, int waker, int timeoutMs);
 };
 
 }

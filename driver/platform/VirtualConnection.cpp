@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <limits>
 
 #include "driver/platform/SimSocket.h"
 
@@ -12,21 +13,24 @@ namespace {
 
 // How much longer than the instrument's own time-out a bulk read waits for the instrument's answer.
 constexpr std::uint64_t AnswerGraceMs = 2000;
-// What one receive may take from the socket at most.
+// What one receive may take from the socket at least; a larger frame makes room for itself.
 constexpr std::size_t InboxSize = 64 * 1024;
+// How long the interrupt listener waits for a spell without transfers before it reads the socket
+// itself; meanwhile the transfers' own readers file its answer. This bounds how late a key press
+// is seen after the last transfer, and how often the listener wakes during a run of transfers.
+constexpr auto ListenerPatience = std::chrono::milliseconds(5);
 
 }
 
 VirtualConnection::VirtualConnection(const Utilities::String& path, int socket)
-    : UsbConnection(path), socket(socket), inbox(InboxSize), reader([this] { ReadAnswers(); })
+    : UsbConnection(path), socket(socket), waker(SimSocket::OpenWaker()), inbox(InboxSize)
 {
 }
 
 VirtualConnection::~VirtualConnection()
 {
-    SimSocket::Shutdown(socket);
-    reader.join();
     SimSocket::Close(socket);
+    SimSocket::CloseWaker(waker);
 }
 
 UsbResult VirtualConnection::ControlTransfer(
@@ -99,6 +103,9 @@ void VirtualConnection::CancelBulkReads()
     if (!anyUnanswered || gone) {
         return;
     }
+    if (reading) {
+        SimSocket::Rouse(waker);
+    }
     const Frame::Request cancel{Frame::Kind::CancelBulkReads, NextRequestId(), 0, 0};
     lock.unlock();
     Send(cancel, {});
@@ -129,9 +136,12 @@ UsbResult VirtualConnection::BulkWrite(const std::uint8_t* data, std::uint32_t l
     return Sent(answer, length);
 }
 
+// Reads the socket itself only after a quiet spell; it gives the role up at once when a
+// transfer's collector asks for it.
 UsbResult VirtualConnection::InterruptRead(std::uint8_t* buffer, std::uint32_t length)
 {
     std::unique_lock<std::mutex> lock(stateMutex);
+    bool quiet = true;
     while (true) {
         if (interruptAnswer) {
             Answer answer = std::move(*interruptAnswer);
@@ -149,8 +159,23 @@ UsbResult VirtualConnection::InterruptRead(std::uint8_t* buffer, std::uint32_t l
             SendInterruptRead(lock);
             continue;
         }
-        interruptChanged.wait(lock);
+        if (quiet && !reading) {
+            ReadUntil(
+                lock, [this] { return InterruptSettled(); }, std::nullopt, true);
+            HandOnReading();
+            quiet = false;
+            continue;
+        }
+        const std::uint64_t transfersBefore = transfersBegun;
+        interruptChanged.wait_for(lock, ListenerPatience);
+        quiet = transfersBegun == transfersBefore && !reading;
     }
+}
+
+// With the state mutex held.
+bool VirtualConnection::InterruptSettled() const
+{
+    return interruptAnswer || interruptCancelled || !interruptOutstanding;
 }
 
 // The instrument still serves a cancelled control or bulk transfer; its answer is dropped.
@@ -189,6 +214,7 @@ std::uint32_t VirtualConnection::Post(Frame::Request request, const std::vector<
     bool send = false;
     {
         std::lock_guard<std::mutex> lock(stateMutex);
+        ++transfersBegun;
         request.requestId = NextRequestId();
         send = !gone && !entry.refusal;
         waiting[request.requestId] = std::move(entry);
@@ -201,22 +227,35 @@ std::uint32_t VirtualConnection::Post(Frame::Request request, const std::vector<
 }
 
 // Waits for the answer to a posted request and forgets the request. Succeeds when the instrument
-// has answered; the answer is then in `outcome`. A wait of 0 has no limit.
+// has answered; the answer is then in `outcome`. A wait of 0 has no limit. While another thread
+// reads, the collector sleeps until that thread hands it its answer or the role.
 UsbResult VirtualConnection::Collect(std::uint32_t requestId, std::uint64_t waitMs, Waiting& outcome)
 {
     std::condition_variable settledHere;
+    const Deadline deadline = DeadlineAfter(waitMs);
     std::unique_lock<std::mutex> lock(stateMutex);
+    ++transfersBegun;
     Waiting& entry = waiting[requestId];
     entry.collector = &settledHere;
-    const auto settled = [&] { return entry.answer || entry.cancelled || entry.refusal || gone; };
-    if (waitMs == 0) {
-        settledHere.wait(lock, settled);
-    } else {
-        settledHere.wait_for(lock, std::chrono::milliseconds(waitMs), settled);
+    const auto settled = [&] { return Settled(entry); };
+    while (!settled() && !Passed(deadline)) {
+        if (!reading) {
+            ReadUntil(lock, settled, deadline, false);
+            continue;
+        }
+        AskListenerToYield();
+        if (deadline) {
+            settledHere.wait_until(lock, *deadline);
+        } else {
+            settledHere.wait(lock);
+        }
     }
     outcome = std::move(entry);
     outcome.collector = nullptr;
     waiting.erase(requestId);
+    if (!reading) {
+        HandOnReading();
+    }
     if (outcome.refusal) {
         return *outcome.refusal;
     }
@@ -266,56 +305,93 @@ void VirtualConnection::SendInterruptRead(std::unique_lock<std::mutex>& lock)
     }
 }
 
-void VirtualConnection::ReadAnswers()
+// With the state mutex held by `lock`, which is let go while the socket is waited on and read.
+// Takes the reader role and files every answer that comes until `done`, the deadline, the
+// instrument's going, or (for the listener) a collector that wants the role.
+void VirtualConnection::ReadUntil(
+    std::unique_lock<std::mutex>& lock, const std::function<bool()>& done, Deadline deadline, bool asListener)
 {
-    std::uint8_t header[Frame::AnswerHeaderSize];
-    while (ReadExact(header, sizeof header)) {
-        const auto decoded = Frame::DecodeAnswerHeader(header);
-        if (!decoded) {
-            break;
+    reading = true;
+    listenerReads = asListener;
+    while (!done() && !gone && !(asListener && readerWanted) && !Passed(deadline)) {
+        lock.unlock();
+        const bool received =
+            SimSocket::Wait(socket, waker, MsUntil(deadline)) != SimSocket::Readiness::Readable || Receive();
+        lock.lock();
+        if (!received || !FileAnswers()) {
+            MarkGone();
         }
-        std::vector<std::uint8_t> body(decoded->bodyLength);
-        if (!body.empty() && !ReadExact(body.data(), body.size())) {
-            break;
-        }
-        File(*decoded, std::move(body));
     }
-    std::lock_guard<std::mutex> lock(stateMutex);
-    MarkGone();
+    reading = false;
+    listenerReads = false;
+    readerWanted = false;
 }
 
-// From what the last receive brought beyond the previous frame, then from the socket, taking as
-// much as it has at hand: a header and its body, and often the next frame, come in one call.
-bool VirtualConnection::ReadExact(std::uint8_t* data, std::size_t size)
+// With the state mutex held.
+void VirtualConnection::AskListenerToYield()
 {
-    std::size_t done = 0;
-    while (done < size) {
-        if (inboxStart == inboxEnd && !Receive()) {
-            return false;
-        }
-        const std::size_t taken = std::min(size - done, inboxEnd - inboxStart);
-        std::copy_n(inbox.begin() + static_cast<std::ptrdiff_t>(inboxStart), taken, data + done);
-        inboxStart += taken;
-        done += taken;
+    if (listenerReads && !readerWanted) {
+        readerWanted = true;
+        SimSocket::Rouse(waker);
     }
-    return true;
 }
 
+// With the state mutex held: the role goes to a collector still waiting, if any. Otherwise the
+// listener takes it after its quiet spell.
+void VirtualConnection::HandOnReading()
+{
+    for (const auto& [requestId, entry] : waiting) {
+        if (entry.collector != nullptr && !Settled(entry)) {
+            entry.collector->notify_one();
+            return;
+        }
+    }
+}
+
+// Appends what the socket has at hand: a header and its body, and often the next frame, come in
+// one call. The unfiled bytes move to the front first, with room for the whole frame they begin.
 bool VirtualConnection::Receive()
 {
-    const long got = SimSocket::Receive(socket, inbox.data(), inbox.size());
+    std::copy(inbox.begin() + static_cast<std::ptrdiff_t>(inboxStart),
+        inbox.begin() + static_cast<std::ptrdiff_t>(inboxEnd), inbox.begin());
+    inboxEnd -= inboxStart;
+    inboxStart = 0;
+    if (inbox.size() < inboxFrameSize) {
+        inbox.resize(inboxFrameSize);
+    }
+    const long got = SimSocket::Receive(socket, inbox.data() + inboxEnd, inbox.size() - inboxEnd);
     if (got <= 0) {
         return false;
     }
-    inboxStart = 0;
-    inboxEnd = static_cast<std::size_t>(got);
+    inboxEnd += static_cast<std::size_t>(got);
     return true;
 }
 
-// Hands an answer to whoever waits for it; an answer nobody waits for any more is dropped.
+// With the state mutex held. Files every whole frame received; false when the stream can't be
+// followed any more.
+bool VirtualConnection::FileAnswers()
+{
+    while (inboxEnd - inboxStart >= Frame::AnswerHeaderSize) {
+        const std::uint8_t* start = inbox.data() + inboxStart;
+        const auto header = Frame::DecodeAnswerHeader(start);
+        if (!header) {
+            return false;
+        }
+        inboxFrameSize = Frame::AnswerHeaderSize + header->bodyLength;
+        if (inboxEnd - inboxStart < inboxFrameSize) {
+            return true;
+        }
+        File(*header, std::vector<std::uint8_t>(start + Frame::AnswerHeaderSize, start + inboxFrameSize));
+        inboxStart += inboxFrameSize;
+        inboxFrameSize = 0;
+    }
+    return true;
+}
+
+// With the state mutex held. Hands an answer to whoever waits for it; an answer nobody waits for
+// any more is dropped.
 void VirtualConnection::File(const Frame::AnswerHeader& header, std::vector<std::uint8_t> body)
 {
-    std::lock_guard<std::mutex> lock(stateMutex);
     if (header.status == Frame::Status::NoDevice) {
         MarkGone();
     }
@@ -345,6 +421,9 @@ void VirtualConnection::NotifyAll()
         WakeCollector(entry);
     }
     interruptChanged.notify_all();
+    if (reading) {
+        SimSocket::Rouse(waker);
+    }
 }
 
 // With the state mutex held, which the collector needs before it can leave its wait.
@@ -353,6 +432,36 @@ void VirtualConnection::WakeCollector(const Waiting& entry)
     if (entry.collector != nullptr) {
         entry.collector->notify_one();
     }
+}
+
+// With the state mutex held.
+bool VirtualConnection::Settled(const Waiting& entry) const
+{
+    return entry.answer || entry.cancelled || entry.refusal || gone;
+}
+
+// Empty for a wait of 0, which has no limit.
+VirtualConnection::Deadline VirtualConnection::DeadlineAfter(std::uint64_t waitMs)
+{
+    if (waitMs == 0) {
+        return std::nullopt;
+    }
+    return std::chrono::steady_clock::now() + std::chrono::milliseconds(waitMs);
+}
+
+bool VirtualConnection::Passed(Deadline deadline)
+{
+    return deadline && std::chrono::steady_clock::now() >= *deadline;
+}
+
+// Rounded up, so that a wait doesn't end just short of the deadline; -1 without one.
+int VirtualConnection::MsUntil(Deadline deadline)
+{
+    if (!deadline) {
+        return -1;
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*deadline - std::chrono::steady_clock::now());
+    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, std::numeric_limits<int>::max()));
 }
 
 UsbResult VirtualConnection::Received(const Answer& answer, std::uint8_t* buffer, std::uint32_t capacity)

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
-#include <thread>
 #include <vector>
 
 #include "driver/platform/UsbConnection.h"
@@ -13,10 +14,13 @@
 
 namespace DeviceDriver {
 
-// One connection to a virtual instrument over its socket. Requests go out as frames; a reader
-// thread takes the answers and hands each to the thread that waits for its request id, so that an
-// interrupt read can wait beside the control and bulk transfers. Once the instrument is gone
-// (unplugged, stopped, or the socket closed) every transfer fails with the no-device error.
+// One connection to a virtual instrument over its socket. Requests go out as frames; the answers
+// are read by the waiting threads themselves, one at a time: whoever waits and finds nobody
+// reading becomes the reader, files the answers of the others for them, and hands the role on
+// once its own answer is in. So an answer usually reaches the thread that asked for it without a
+// hand-over between threads, and an interrupt read can wait beside the control and bulk
+// transfers. Once the instrument is gone (unplugged, stopped, or the socket closed) every
+// transfer fails with the no-device error.
 class VirtualConnection : public UsbConnection {
 public:
     // Takes over a connected socket.
@@ -39,6 +43,7 @@ public:
 
 private:
     using Frame = VirtualWireFrame;
+    using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
     struct Answer {
         Frame::Status status = Frame::Status::Ok;
@@ -65,18 +70,29 @@ private:
     std::uint32_t NextRequestId();
     bool Send(const Frame::Request& request, const std::vector<std::uint8_t>& body);
     void SendInterruptRead(std::unique_lock<std::mutex>& lock);
-    void ReadAnswers();
-    bool ReadExact(std::uint8_t* data, std::size_t size);
+    bool InterruptSettled() const;
+    void ReadUntil(
+        std::unique_lock<std::mutex>& lock, const std::function<bool()>& done, Deadline deadline, bool asListener);
+    void AskListenerToYield();
+    void HandOnReading();
     bool Receive();
+    bool FileAnswers();
     void File(const Frame::AnswerHeader& header, std::vector<std::uint8_t> body);
     void MarkGone();
     void NotifyAll();
     void WakeCollector(const Waiting& entry);
+    bool Settled(const Waiting& entry) const;
+    static Deadline DeadlineAfter(std::uint64_t waitMs);
+    static bool Passed(Deadline deadline);
+    static int MsUntil(Deadline deadline);
     static UsbResult Received(const Answer& answer, std::uint8_t* buffer, std::uint32_t capacity);
     static UsbResult Sent(const Answer& answer, std::uint32_t length);
     static UsbResult Refused(Frame::Status status);
 
     const int socket;
+    // Rouses the reader from its wait on the socket when it is to look up: a transfer is
+    // cancelled, the instrument has gone, or a collector wants the role from the listener.
+    const int waker;
     std::mutex sendMutex;
     std::mutex stateMutex;
     // An answer to a control or bulk transfer wakes the thread that collects it, and no other;
@@ -85,16 +101,25 @@ private:
     std::map<std::uint32_t, Waiting> waiting;
     std::uint32_t lastRequestId = 0;
     bool gone = false;
+    // Whether a thread holds the reader role, and whether that thread is the interrupt listener.
+    bool reading = false;
+    bool listenerReads = false;
+    // A collector has asked the listener to give the role up.
+    bool readerWanted = false;
+    // Counts the transfers begun, so that the listener can tell a quiet spell: it takes the role
+    // only then, so that a run of transfers doesn't wrest it from the listener time and again.
+    std::uint64_t transfersBegun = 0;
     // The instrument serves one interrupt read at a time. One stays outstanding there until it is
     // answered, even when the thread that asked for it has given up; the next read waits for it.
     std::optional<std::uint32_t> interruptOutstanding;
     std::optional<Answer> interruptAnswer;
     bool interruptCancelled = false;
-    // Bytes received and not yet read, used by the reader thread alone.
+    // Bytes received and not yet filed, used by the thread in the reader role alone.
     std::vector<std::uint8_t> inbox;
     std::size_t inboxStart = 0;
     std::size_t inboxEnd = 0;
-    std::thread reader;
+    // The size of the frame that the first unfiled bytes begin, once its header is in.
+    std::size_t inboxFrameSize = 0;
 };
 
 }

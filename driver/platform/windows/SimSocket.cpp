@@ -137,14 +137,70 @@ long SimSocket::Receive(int socket, std::uint8_t* data, std::size_t size)
     return ::recv(Native(socket), reinterpret_cast<char*>(data), static_cast<int>(size), 0);
 }
 
-void SimSocket::Shutdown(int socket)
-{
-    ::shutdown(Native(socket), SD_BOTH);
-}
-
 void SimSocket::Close(int socket)
 {
     ::closesocket(Native(socket));
+}
+
+// A UDP socket on the loopback sent to itself: Winsock waits on sockets alone.
+int SimSocket::OpenWaker()
+{
+    if (!WinsockStarted()) {
+        return -1;
+    }
+    const SOCKET waker = ::WSASocketW(AF_INET, SOCK_DGRAM, IPPROTO_UDP, nullptr, 0, WSA_FLAG_NO_HANDLE_INHERIT);
+    if (waker == INVALID_SOCKET) {
+        return -1;
+    }
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    int size = sizeof address;
+    u_long nonBlocking = 1;
+    if (::bind(waker, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        ::getsockname(waker, reinterpret_cast<sockaddr*>(&address), &size) != 0 ||
+        ::connect(waker, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        ::ioctlsocket(waker, FIONBIO, &nonBlocking) != 0) {
+        ::closesocket(waker);
+        return -1;
+    }
+    return static_cast<int>(waker);
+}
+
+void SimSocket::Rouse(int waker)
+{
+    if (waker >= 0) {
+        const char once = 1;
+        ::send(Native(waker), &once, 1, 0);
+    }
+}
+
+void SimSocket::CloseWaker(int waker)
+{
+    if (waker >= 0) {
+        ::closesocket(Native(waker));
+    }
+}
+
+SimSocket::Readiness SimSocket::Wait(int socket, int waker, int timeoutMs)
+{
+    WSAPOLLFD watched[2] = {{Native(socket), POLLRDNORM, 0}, {Native(waker), POLLRDNORM, 0}};
+    const int ready = ::WSAPoll(watched, waker >= 0 ? 2 : 1, timeoutMs);
+    if (ready == 0) {
+        return Readiness::TimedOut;
+    }
+    if (ready > 0 && watched[1].revents != 0) {
+        char drained[64];
+        bool any = false;
+        while (::recv(Native(waker), drained, sizeof drained, 0) > 0) {
+            any = true;
+        }
+        if (any) {
+            return Readiness::Roused;
+        }
+    }
+    // A failed wait is left to Receive to report.
+    return Readiness::Readable;
 }
 
 }

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -271,6 +272,47 @@ TEST_F(VirtualPlatformTest, SubmittedBulkReadsCompleteInTurnOrAreCancelled)
     EXPECT_EQ(ReadEepromBytes(*connection, 100, 16), expected);
     EXPECT_EQ(connection->AwaitBulkRead(connection->SubmitBulkRead(nullptr, 8, 100), 100).Error(),
         static_cast<std::uint32_t>(EINVAL));
+}
+
+// Whichever waiting thread reads the socket files the answers of the others: two reads awaited
+// side by side get their own halves, and a key press reaches the listener while transfers run.
+TEST_F(VirtualPlatformTest, WaitingThreadsReadForEachOther)
+{
+    const auto connection = Open();
+    const Bytes expected = ReadEepromBytes(*connection, 100, 16);
+    std::atomic<bool> heard = false;
+    auto listener = std::async(std::launch::async, [&] {
+        Bytes packet(8);
+        const UsbResult read = connection->InterruptRead(packet.data(), 8);
+        heard = true;
+        return read;
+    });
+    Bytes range = EepromRange(100, 16);
+    EXPECT_TRUE(Control(*connection, 0, ReadEeprom, range).Succeeded());
+    Bytes first(8);
+    Bytes second(8);
+    const auto firstTicket = connection->SubmitBulkRead(first.data(), 8, Patience);
+    const auto secondTicket = connection->SubmitBulkRead(second.data(), 8, Patience);
+    auto firstRead = std::async(std::launch::async, [&] { return connection->AwaitBulkRead(firstTicket, Patience); });
+    auto secondRead = std::async(std::launch::async, [&] { return connection->AwaitBulkRead(secondTicket, Patience); });
+    EXPECT_EQ(firstRead.get().Transferred(), 8u);
+    EXPECT_EQ(secondRead.get().Transferred(), 8u);
+    EXPECT_EQ(first, Bytes(expected.begin(), expected.begin() + 8));
+    EXPECT_EQ(second, Bytes(expected.begin() + 8, expected.end()));
+
+    auto transfers = std::async(std::launch::async, [&] {
+        Bytes misc(8);
+        bool allServed = true;
+        while (!heard) {
+            allServed = Control(*connection, 1, GetMisc, misc).Succeeded() && allServed;
+        }
+        return allServed;
+    });
+    sim.Command({"press"});
+    ASSERT_EQ(listener.wait_for(10s), std::future_status::ready);
+    const UsbResult pressed = listener.get();
+    EXPECT_TRUE(pressed.Succeeded()) << Text(pressed);
+    EXPECT_TRUE(transfers.get());
 }
 
 TEST_F(VirtualPlatformTest, CancelEndsTheInterruptReadFromAnotherThread)
