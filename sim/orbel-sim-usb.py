@@ -45,6 +45,17 @@ CLAIMINTERFACE, RELEASEINTERFACE = _ioctl(2, 15, 4), _ioctl(2, 16, 4)
 GETDRIVER, DISCONNECT_CLAIM, GET_CAPABILITIES = _ioctl(1, 8, 260), _ioctl(2, 27, 264), _ioctl(2, 26, 4)
 ACCEPTED = {_ioctl(2, 4, 8), _ioctl(2, 5, 4), _ioctl(2, 21, 4), _ioctl(0, 20, 0)}  # interface, config, halt, reset
 
+# umockdev's preload hands each ioctl on the node to this program as three native longs (what,
+# two arguments); the answer may read and write the opener's memory before it says done. The opener
+# handles the frames of one answer in order, so what it is to write goes out with the done in one send.
+FRAME = struct.Struct('=QQQ')
+CALL_IOCTL = 1  # the others are a read or a write on the node
+DONE, READ_MEMORY, WRITE_MEMORY = 3, 5, 6
+NOT_EMULATED = -100  # the preload then makes the call on the node itself
+LONG_MASK = (1 << 64) - 1
+URB_STATUS_OFFSET = 4
+URB_RESULT = struct.Struct('=iIxxxxQii')  # status, flags, buffer, buffer_length, actual_length
+
 SYSPATH = '/sys/devices/pci0000:00/0000:00:14.0/usb1/1-1'
 DEVNODE = '/dev/bus/usb/001/002'
 WATCH_SECONDS = 0.02
@@ -118,24 +129,65 @@ class InstrumentLink:
             self.on_gone(self)
 
 
-class Urb:
-    """A submitted struct usbdevfs_urb in the client's memory."""
+class Opener:
+    """One opened device node, as the preload forwards it: the calls of its opener, one at a time."""
 
-    def __init__(self, data):
-        self.data, self.address = data, data.client_addr
-        fields = URB.unpack(bytes(data.retrieve()))
-        self.type, self.endpoint, self.length = fields[0], fields[1], fields[5]
-        self.buffer = data.resolve(16, self.length) if self.length else None
+    def __init__(self, sock):
+        self.sock = sock
+        self.writes = []
+
+    def next_call(self):
+        """(what, argument 1, argument 2), or None once the opener has closed the node."""
+        try:
+            return FRAME.unpack(InstrumentLink._read_exact(self.sock, FRAME.size))
+        except (EOFError, OSError):
+            return None
+
+    def read_memory(self, address, length):
+        self.sock.sendall(b''.join(self.writes) + FRAME.pack(READ_MEMORY, address, length))
+        self.writes = []
+        return InstrumentLink._read_exact(self.sock, length)
+
+    def write_memory(self, address, data):
+        self.writes.append(FRAME.pack(WRITE_MEMORY, address, len(data)) + data)
+
+    def complete(self, result, error):
+        self.sock.sendall(b''.join(self.writes) + FRAME.pack(DONE, result & LONG_MASK, error))
+        self.writes = []
+
+    def close(self):
+        try:
+            self.sock.shutdown(socket.SHUT_RDWR)
+        except OSError:
+            pass
+
+
+class Urb:
+    """A submitted struct usbdevfs_urb in the opener's memory; what the host sent out is read at
+    once, its outcome is written when the host reaps it."""
+
+    def __init__(self, opener, address):
+        self.address = address
+        fields = URB.unpack(opener.read_memory(address, URB.size))
+        self.type, self.endpoint, self.flags, self.buffer, self.length = fields[0], fields[1], fields[3], \
+            fields[4], fields[5]
+        outward = self.type == URB_CONTROL or not self.endpoint & 0x80
+        self.sent = opener.read_memory(self.buffer, self.length) if outward and self.length else b''
         self.discarded = False
+        self.outcome = None
 
     def contents(self):
-        return bytes(self.buffer.retrieve())
+        return self.sent
 
     def finish(self, status, data=b'', offset=0, actual=None):
+        self.outcome = (status, data, offset, len(data) if actual is None else actual)
+
+    def write_back(self, opener):
+        status, data, offset, actual = self.outcome
         if data:
-            self.buffer.update(offset, data)
-        self.data.update(4, struct.pack('i', status))
-        self.data.update(28, struct.pack('i', len(data) if actual is None else actual))
+            opener.write_memory(self.buffer + offset, data)
+        opener.write_memory(self.address + URB_STATUS_OFFSET,
+                            URB_RESULT.pack(status, self.flags, self.buffer, self.length, actual))
 
 
 class Client:
@@ -285,37 +337,36 @@ class UsbDevice:
         client.pending, client.silent = {}, []
         return link
 
-    def handle(self, key, ioctl_client):
-        request, argument = ioctl_client.get_request(), ioctl_client.get_arg()
+    def handle(self, opener, request, argument):
         link = None
         with self.lock:
-            client = self._client(key)
+            client = self._client(opener)
             if client.gone and request not in (REAPURB, REAPURBNDELAY, RELEASEINTERFACE, DISCARDURB):
-                ioctl_client.complete(-1, errno.ENODEV)
+                opener.complete(-1, errno.ENODEV)
             elif request == GET_CAPABILITIES:
-                argument.resolve(0, 4).update(0, struct.pack('I', CAPABILITIES))
-                ioctl_client.complete(0, 0)
+                opener.write_memory(argument, struct.pack('I', CAPABILITIES))
+                opener.complete(0, 0)
             elif request in (CLAIMINTERFACE, DISCONNECT_CLAIM):
                 ok = self._connect(client)
-                ioctl_client.complete(0 if ok else -1, 0 if ok else errno.ENODEV)
+                opener.complete(0 if ok else -1, 0 if ok else errno.ENODEV)
             elif request == RELEASEINTERFACE:
                 link = self._release(client)
-                ioctl_client.complete(0, 0)
+                opener.complete(0, 0)
             elif request == GETDRIVER:
-                ioctl_client.complete(-1, errno.ENODATA)
+                opener.complete(-1, errno.ENODATA)
             elif request in ACCEPTED:
-                ioctl_client.complete(0, 0)
+                opener.complete(0, 0)
             elif request == SUBMITURB:
-                failure = self._submit(client, Urb(argument.resolve(0, URB.size)))
-                ioctl_client.complete(-1 if failure else 0, failure)
+                failure = self._submit(client, Urb(opener, argument))
+                opener.complete(-1 if failure else 0, failure)
             elif request in (REAPURB, REAPURBNDELAY):
-                self._reap(client, ioctl_client, argument)
+                self._reap(client, opener, argument)
             elif request == DISCARDURB:
-                failure = self._discard(client, struct.unpack('Q', bytes(argument.retrieve()))[0])
-                ioctl_client.complete(-1 if failure else 0, failure)
+                failure = self._discard(client, argument)
+                opener.complete(-1 if failure else 0, failure)
             else:
                 log(self.verbose, 'ioctl %#x not emulated' % request)
-                ioctl_client.complete(-1, errno.ENOTTY)
+                opener.complete(-1, errno.ENOTTY)
         if link:
             link.close()
 
@@ -332,8 +383,19 @@ class UsbDevice:
             kind, length, body = INTERRUPT_READ, 0, b''
         else:
             return errno.EINVAL
-        client.pending[client.link.send(kind, length, body)] = (urb, kind, length, body)
+        request_id = self._send(client, kind, length, body)
+        if request_id is None:
+            return errno.ENODEV
+        client.pending[request_id] = (urb, kind, length, body)
         return 0
+
+    def _send(self, client, kind, length=0, body=b''):  # lock held
+        """The frame's id, or None when the instrument's socket has gone since the last look."""
+        try:
+            return client.link.send(kind, length, body)
+        except OSError:
+            self._cable_went()
+            return None
 
     @staticmethod
     def _control_frame(contents):
@@ -344,13 +406,15 @@ class UsbDevice:
         setup += struct.pack('<HH', value, index)
         return CONTROL, length, setup + (b'' if inward else contents[SETUP.size:SETUP.size + length])
 
-    def _reap(self, client, ioctl_client, argument):  # lock held
+    def _reap(self, client, opener, argument):  # lock held
         if client.reapable:
-            argument.resolve(0, 8).set_ptr(0, client.reapable.pop(0).data)
+            urb = client.reapable.pop(0)
+            urb.write_back(opener)
+            opener.write_memory(argument, struct.pack('Q', urb.address))
             self._update_wake()
-            ioctl_client.complete(0, 0)
+            opener.complete(0, 0)
         else:
-            ioctl_client.complete(-1, errno.ENODEV if client.gone else errno.EAGAIN)
+            opener.complete(-1, errno.ENODEV if client.gone else errno.EAGAIN)
 
     def _discard(self, client, address):  # lock held
         for urb in client.silent:
@@ -363,9 +427,9 @@ class UsbDevice:
             if urb.address == address and not urb.discarded:
                 urb.discarded = True
                 if kind == INTERRUPT_READ:
-                    client.link.send(CANCEL)
+                    self._send(client, CANCEL)
                 elif kind == BULK_READ:
-                    client.link.send(CANCEL_BULK_READS)
+                    self._send(client, CANCEL_BULK_READS)
                 return 0
         return errno.EINVAL
 
@@ -379,17 +443,15 @@ class EmulatedBus:
         self.descriptors = InstrumentLink.descriptors(socket_path)
         self.vendor, self.product = struct.unpack_from('<HH', self.descriptors, 8)
         self.testbed = UMockdev.Testbed.new()
-        self.device, self.retired, self.owners = None, [], {}
+        self.device, self.retired, self.owners, self.servers = None, [], {}, []
         self.lock = threading.Lock()
-        self.handler = UMockdev.IoctlBase()
-        self.handler.connect('handle-ioctl', self._on_ioctl)
-        self.handler.connect('client-connected', self._on_connected)
         self.stopping = threading.Event()
         self._add()
-        self.testbed.attach_ioctl(DEVNODE, self.handler)
+        self.node_calls = self._node_calls_socket()
         self.device.use_fifo_node(self.root() + DEVNODE)
-        self.watcher = threading.Thread(target=self._watch)
-        self.watcher.start()
+        self.threads = [threading.Thread(target=self._accept), threading.Thread(target=self._watch)]
+        for thread in self.threads:
+            thread.start()
 
     def ids(self):
         return '%04x:%04x' % (self.vendor, self.product)
@@ -399,7 +461,14 @@ class EmulatedBus:
 
     def close(self):
         self.stopping.set()
-        self.watcher.join()
+        self.node_calls.shutdown(socket.SHUT_RDWR)
+        with self.lock:
+            openers = list(self.owners)
+        for opener in openers:
+            opener.close()
+        for thread in self.threads + self.servers:
+            thread.join()
+        self.node_calls.close()
         for device in [self.device] + self.retired:
             if device:
                 device.close()
@@ -415,27 +484,52 @@ class EmulatedBus:
             'A: idProduct=%04x' % self.product, 'A: dev=189:1',
             'H: descriptors=' + self.descriptors.hex().upper(), ''])
 
-    def _on_connected(self, handler, ioctl_client):
-        """A node opened anew, on the device present now; a vanished client's key may come again."""
-        key = hash(ioctl_client)
-        with self.lock:
-            stale = self.owners.pop(key, None)
-            if self.device is not None:
-                self.owners[key] = self.device
-        if stale is not None:
-            stale.forget(key)
+    def _node_calls_socket(self):
+        """Where the preload turns for the calls on the node, in place of umockdev's own handler:
+        its handler answers each memory access in a round trip of its own."""
+        path = self.root() + '/ioctl' + DEVNODE
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        listener = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
+        listener.bind(path)
+        listener.listen()
+        return listener
 
-    def _on_ioctl(self, handler, ioctl_client):
+    def _accept(self):
+        """A node opened anew belongs to the device present now; each opener has a thread of its own."""
+        while True:
+            try:
+                opener = Opener(self.node_calls.accept()[0])
+            except OSError:
+                return
+            server = threading.Thread(target=self._serve, args=(opener,))
+            with self.lock:
+                self.owners[opener] = self.device
+                self.servers.append(server)
+            server.start()
+
+    def _serve(self, opener):
         """An opened node stays with the device it was opened on: after an unplug its clients reap
         their failed transfers from the device that has gone, while new ones reach the new device."""
-        key = hash(ioctl_client)
+        try:
+            while (call := opener.next_call()) is not None:
+                self._answer(opener, *call)
+        except OSError:
+            pass  # the opener went in the middle of a call
         with self.lock:
-            device = self.owners.get(key)
-        if device is None:
-            ioctl_client.complete(-1, errno.ENODEV)
+            device = self.owners.pop(opener, None)
+        if device is not None:
+            device.forget(opener)
+        opener.sock.close()
+
+    def _answer(self, opener, what, request, argument):
+        with self.lock:
+            device = self.owners.get(opener)
+        if what != CALL_IOCTL:
+            opener.complete(NOT_EMULATED, 0)
+        elif device is None:
+            opener.complete(-1, errno.ENODEV)
         else:
-            device.handle(key, ioctl_client)
-        return True
+            device.handle(opener, request, argument)
 
     def _add(self):
         device = UsbDevice(self.socket_path, self.verbose)
