@@ -2,6 +2,7 @@
 // Handles on the virtual instrument: a connected, open handle, the few condition items the tests
 // change, and the texts and spectra that come back.
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -60,6 +61,18 @@ protected:
     }
 
     void Place(const std::string& target) { sim.Command({"place", target}); }
+
+    // The cable goes after that many transfers of the operation, which holds the device's lock: it
+    // must fail at once, without waiting on the listener it holds up. The instrument comes back after.
+    template<class Operation>
+    void ExpectCableLossFailsAtOnce(const char* transfersBeforeTheDrop, Operation&& operation)
+    {
+        sim.Command({"fault", "drop", "--count", transfersBeforeTheDrop});
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_FALSE(operation());
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+        sim.Command({"plug"});
+    }
 
     // Restarts the instrument with these start options.
     void Restart(const std::vector<std::string>& options)
