@@ -41,12 +41,13 @@ SmartPointer<const Weightfactors> WeightfactorCache::Update(const HvMeasureCondi
     if (taken.generation == cache.generation.load(std::memory_order_acquire) && taken.entry.Fits(conditions)) {
         return taken.entry.weightfactors;
     }
-    return cache.UpdateLocked(conditions, taken);
+    return cache.TakeOrBuild(conditions, taken);
 }
 
+// The shared set if it fits, else one built and shared; either way the thread's copy is renewed.
 // Weights are built outside the lock, so that threads with cached weights never wait for a
 // build; when two threads build at once, the last to finish stays cached.
-SmartPointer<const Weightfactors> WeightfactorCache::UpdateLocked(const HvMeasureConditions& conditions, Taken& taken)
+SmartPointer<const Weightfactors> WeightfactorCache::TakeOrBuild(const HvMeasureConditions& conditions, Taken& taken)
 {
     {
         std::lock_guard<std::mutex> lock(mutex);

@@ -58,7 +58,7 @@ private:
     static WeightfactorCache& Instance();
     static Taken& TakenByThisThread();
 
-    Utilities::SmartPointer<const Weightfactors> UpdateLocked(const HvMeasureConditions& conditions, Taken& taken);
+    Utilities::SmartPointer<const Weightfactors> TakeOrBuild(const HvMeasureConditions& conditions, Taken& taken);
     void Store(const Utilities::SmartPointer<const Weightfactors>& built, const HvMeasureConditions& conditions);
 
     mutable std::mutex mutex;

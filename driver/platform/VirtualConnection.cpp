@@ -166,9 +166,9 @@ UsbResult VirtualConnection::InterruptRead(std::uint8_t* buffer, std::uint32_t l
             quiet = false;
             continue;
         }
-        const std::uint64_t transfersBefore = transfersBegun;
+        const std::uint64_t stepsBefore = transferSteps;
         interruptChanged.wait_for(lock, ListenerPatience);
-        quiet = transfersBegun == transfersBefore && !reading;
+        quiet = transferSteps == stepsBefore && !reading;
     }
 }
 
@@ -214,7 +214,7 @@ std::uint32_t VirtualConnection::Post(Frame::Request request, const std::vector<
     bool send = false;
     {
         std::lock_guard<std::mutex> lock(stateMutex);
-        ++transfersBegun;
+        ++transferSteps;
         request.requestId = NextRequestId();
         send = !gone && !entry.refusal;
         waiting[request.requestId] = std::move(entry);
@@ -234,7 +234,7 @@ UsbResult VirtualConnection::Collect(std::uint32_t requestId, std::uint64_t wait
     std::condition_variable settledHere;
     const Deadline deadline = DeadlineAfter(waitMs);
     std::unique_lock<std::mutex> lock(stateMutex);
-    ++transfersBegun;
+    ++transferSteps;
     Waiting& entry = waiting[requestId];
     entry.collector = &settledHere;
     const auto settled = [&] { return Settled(entry); };

@@ -106,9 +106,10 @@ private:
     bool listenerReads = false;
     // A collector has asked the listener to give the role up.
     bool readerWanted = false;
-    // Counts the transfers begun, so that the listener can tell a quiet spell: it takes the role
-    // only then, so that a run of transfers doesn't wrest it from the listener time and again.
-    std::uint64_t transfersBegun = 0;
+    // Counts each transfer as it is posted and again as its collector comes for it, so that the
+    // listener can tell a quiet spell: it takes the role only then, so that a run of transfers
+    // doesn't wrest it from the listener time and again.
+    std::uint64_t transferSteps = 0;
     // The instrument serves one interrupt read at a time. One stays outstanding there until it is
     // answered, even when the thread that asked for it has given up; the next read waits for it.
     std::optional<std::uint32_t> interruptOutstanding;
